@@ -1,0 +1,51 @@
+#include "platform/memory/memory_text_box.h"
+
+#include <algorithm>
+
+namespace vantrel::platform::memory {
+
+void MemoryTextBox::Changed(const std::string& before) {
+  if (text_ == before) return;
+  trace_.Emit("text " + Trace::Quote(text_));
+  if (onChange_) onChange_();
+}
+
+void MemoryTextBox::SetText(const std::string& text) {
+  const std::string before = text_;
+  text_ = text;
+  colours_.assign(text_.size(), insertColour_);
+  selStart_ = std::min(selStart_, static_cast<int>(text_.size()));
+  selLength_ = 0;
+  Changed(before);
+}
+
+void MemoryTextBox::SetSelStart(int start) {
+  const int clamped = std::clamp(start, 0, static_cast<int>(text_.size()));
+  if (clamped != selStart_ && clamped > 0) insertColour_ = colours_[clamped - 1];
+  selStart_ = clamped;
+  selLength_ = 0;
+}
+
+void MemoryTextBox::SetSelLength(int length) {
+  selLength_ = std::clamp(length, 0, static_cast<int>(text_.size()) - selStart_);
+}
+
+void MemoryTextBox::SetSelText(const std::string& text) {
+  const std::string before = text_;
+  text_.replace(selStart_, selLength_, text);
+  colours_.erase(colours_.begin() + selStart_, colours_.begin() + selStart_ + selLength_);
+  colours_.insert(colours_.begin() + selStart_, text.size(), insertColour_);
+  selStart_ += static_cast<int>(text.size());
+  selLength_ = 0;
+  Changed(before);
+}
+
+void MemoryTextBox::SetSelColor(Colour colour) {
+  if (selLength_ == 0) {
+    insertColour_ = colour;
+    return;
+  }
+  std::fill(colours_.begin() + selStart_, colours_.begin() + selStart_ + selLength_, colour);
+}
+
+}  // namespace vantrel::platform::memory

@@ -1,0 +1,18 @@
+#include "platform/memory/recording_neighbours.h"
+
+#include <cstdio>
+
+namespace vantrel::platform::memory {
+
+void RecordingWinKey::WriteWinKey(const std::string& bytes) {
+  written += bytes;
+  std::string event = "winkey";
+  for (const char byte : bytes) {
+    char hex[4];
+    std::snprintf(hex, sizeof hex, " %02X", static_cast<unsigned char>(byte));
+    event += hex;
+  }
+  trace_.Emit(event);
+}
+
+}  // namespace vantrel::platform::memory

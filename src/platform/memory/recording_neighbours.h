@@ -1,0 +1,93 @@
+// Stand-ins for the subsystems around the sending core that record what the
+// core asks of them, in the trace and in counters a test can read.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/memory/trace.h"
+#include "platform/neighbours.h"
+
+namespace vantrel::platform::memory {
+
+class RecordingKeyLines : public KeyLines {
+ public:
+  explicit RecordingKeyLines(Trace& trace) : trace_(trace) {}
+  void KeyLineDown() override { Set(keyDown, true, "key down"); }
+  void KeyLineUp() override { Set(keyDown, false, "key up"); }
+  void PTTLineOn() override { Set(pttOn, true, "ptt on"); }
+  void PTTLineOff() override { Set(pttOn, false, "ptt off"); }
+
+  bool keyDown = false;
+  bool pttOn = false;
+
+ private:
+  void Set(bool& line, bool value, const char* event) {
+    line = value;
+    trace_.Emit(event);
+  }
+  Trace& trace_;
+};
+
+class RecordingTone : public ToneOutput {
+ public:
+  explicit RecordingTone(Trace& trace) : trace_(trace) {}
+  void ToneOn() override { trace_.Emit("tone on"); }
+  void ToneOff() override { trace_.Emit("tone off"); }
+
+ private:
+  Trace& trace_;
+};
+
+class RecordingLoggerLink : public LoggerLink {
+ public:
+  explicit RecordingLoggerLink(Trace& trace) : trace_(trace) {}
+  void PollLink() override { ++polls; }
+  void PostLink(int32_t code, int32_t value) override {
+    trace_.Emit("post " + std::to_string(code) + " " + std::to_string(value));
+  }
+  void LogContact() override { ++contactsLogged; }
+
+  int polls = 0;
+  int contactsLogged = 0;
+
+ private:
+  Trace& trace_;
+};
+
+class RecordingWinKey : public WinKeyLink {
+ public:
+  explicit RecordingWinKey(Trace& trace) : trace_(trace) {}
+  bool WinKeyOpen() const override { return open; }
+  bool PortOpen() const override { return portOpen; }
+  void WriteWinKey(const std::string& bytes) override;
+  void StartWinKeyRun() override { ++runsStarted; }
+
+  bool open = false;
+  bool portOpen = false;
+  int runsStarted = 0;
+  std::string written;
+
+ private:
+  Trace& trace_;
+};
+
+class RecordingMacroLoop : public MacroLoop {
+ public:
+  void ArmMacroLoop() override { ++armed; }
+  void CancelMacroLoop() override { ++cancelled; }
+  int armed = 0;
+  int cancelled = 0;
+};
+
+class RecordingCalibration : public SpeedCalibration {
+ public:
+  bool Calibrating() const override { return calibrating; }
+  void TransmissionStarted() override { ++started; }
+  void TransmissionEnded() override { ++ended; }
+  bool calibrating = false;
+  int started = 0;
+  int ended = 0;
+};
+
+}  // namespace vantrel::platform::memory

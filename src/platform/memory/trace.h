@@ -1,0 +1,35 @@
+// One line per observable event, stamped with the time in ms: what the tests
+// assert on and what the headless runner prints.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vantrel::platform::memory {
+
+class Trace {
+ public:
+  explicit Trace(std::function<double()> nowMs) : nowMs_(std::move(nowMs)) {}
+
+  void Emit(const std::string& event);
+  // Every line also goes here as it happens, e.g. to standard output.
+  void SetSink(std::function<void(const std::string&)> sink) { sink_ = std::move(sink); }
+
+  const std::vector<std::string>& Lines() const { return lines_; }
+  // The events alone, without their times.
+  std::vector<std::string> Events() const;
+  void Clear() { lines_.clear(); }
+
+  // A text as a quoted trace argument: quote and backslash escaped, bytes
+  // outside printable ASCII as \xNN.
+  static std::string Quote(std::string_view text);
+
+ private:
+  std::function<double()> nowMs_;
+  std::function<void(const std::string&)> sink_;
+  std::vector<std::string> lines_;
+};
+
+}  // namespace vantrel::platform::memory

@@ -1,0 +1,48 @@
+// Time that moves only when something waits, or when a counter reading is
+// given a cost. Waits end exactly at their deadline, so tests can assert
+// whole milliseconds.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/scheduler.h"
+
+namespace vantrel::platform::memory {
+
+class VirtualClock : public Scheduler {
+ public:
+  static constexpr int64_t kFrequency = 1'000'000'000;  // counts are nanoseconds
+
+  int64_t NowNs() const { return now_; }
+  double NowMs() const { return static_cast<double>(now_) / 1e6; }
+  void AdvanceTo(int64_t ns) {
+    if (ns > now_) now_ = ns;
+  }
+  // Each counter reading takes this long: the overhead a real reading has.
+  void SetReadCost(int64_t ns) { readCost_ = ns; }
+  void SetWindowsNT(bool nt) { nt_ = nt; }
+
+  int PriorityClass() const { return priorityClass_; }
+  int ThreadPriority() const { return threadPriority_; }
+
+  int64_t QueryPerformanceCounter() override {
+    const int64_t reading = now_;
+    now_ += readCost_;
+    return reading;
+  }
+  int64_t QueryPerformanceFrequency() override { return kFrequency; }
+  bool IsWindowsNT() override { return nt_; }
+  void SetPriorityClass(int priorityClass) override { priorityClass_ = priorityClass; }
+  void SetThreadPriority(int priority) override { threadPriority_ = priority; }
+  void SwitchToThread(int64_t until) override { AdvanceTo(until); }
+  void IdleUntil(int64_t until) override { AdvanceTo(until); }
+
+ private:
+  int64_t now_ = 0;
+  int64_t readCost_ = 0;
+  bool nt_ = true;
+  int priorityClass_ = kNormalPriorityClass;
+  int threadPriority_ = kThreadPriorityNormal;
+};
+
+}  // namespace vantrel::platform::memory

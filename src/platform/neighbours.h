@@ -1,0 +1,63 @@
+// What the sending core calls in the subsystems around it: the key and PTT
+// lines, the sound, the logger, a WinKey chip, the macro loop and the speed
+// calibration. Each is an interface so the core runs, and is tested, alone.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace vantrel::platform {
+
+class KeyLines {
+ public:
+  virtual ~KeyLines() = default;
+  virtual void KeyLineDown() = 0;
+  virtual void KeyLineUp() = 0;
+  virtual void PTTLineOn() = 0;
+  virtual void PTTLineOff() = 0;
+};
+
+// Starts and stops the prepared sidetone; the measuring around it is the core's.
+class ToneOutput {
+ public:
+  virtual ~ToneOutput() = default;
+  virtual void ToneOn() = 0;
+  virtual void ToneOff() = 0;
+};
+
+class LoggerLink {
+ public:
+  virtual ~LoggerLink() = default;
+  virtual void PollLink() = 0;
+  virtual void PostLink(int32_t code, int32_t value) = 0;
+  virtual void LogContact() = 0;
+};
+
+class WinKeyLink {
+ public:
+  virtual ~WinKeyLink() = default;
+  virtual bool WinKeyOpen() const = 0;
+  // Whether the serial port control that the chip sits on is open.
+  virtual bool PortOpen() const = 0;
+  // Bytes go out as they are: text characters and command bytes alike.
+  virtual void WriteWinKey(const std::string& bytes) = 0;
+  virtual void StartWinKeyRun() = 0;
+};
+
+class MacroLoop {
+ public:
+  virtual ~MacroLoop() = default;
+  virtual void ArmMacroLoop() = 0;
+  virtual void CancelMacroLoop() = 0;
+};
+
+class SpeedCalibration {
+ public:
+  virtual ~SpeedCalibration() = default;
+  virtual bool Calibrating() const = 0;
+  // The calibration's own steps at the start and end of its transmission.
+  virtual void TransmissionStarted() = 0;
+  virtual void TransmissionEnded() = 0;
+};
+
+}  // namespace vantrel::platform

@@ -1,0 +1,98 @@
+// The sending core: element timing, the walk through the text box, and the
+// start and end of a transmission. Its procedures share the state of CwState
+// and the controls of the main window; the files beside this one hold them
+// by subject (element_timing, send_loop, transmit_control).
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/event_pump.h"
+#include "platform/main_window_controls.h"
+#include "platform/neighbours.h"
+#include "platform/scheduler.h"
+#include "sending/cw_state.h"
+#include "sending/fixed_ms.h"
+
+namespace vantrel::sending {
+
+// Persists a setting the moment the operator changes it.
+class SettingWriter {
+ public:
+  virtual ~SettingWriter() = default;
+  virtual void WriteSetting(const std::string& section, const std::string& key,
+                            const std::string& value) = 0;
+};
+
+struct SendingNeighbours {
+  platform::KeyLines& lines;
+  platform::ToneOutput& tone;
+  platform::LoggerLink& link;
+  platform::WinKeyLink& winkey;
+  platform::MacroLoop& macroLoop;
+  platform::SpeedCalibration& calibration;
+  SettingWriter& settings;
+};
+
+// Dot length in ms for a speed and the three proportions; never below 12.
+int32_t ComputeDotLength(int16_t wpm, double dashLength, double letterSpace, double wordSpace);
+
+class SendingCore {
+ public:
+  SendingCore(CwState& cw, platform::MainWindowControls& controls, platform::Scheduler& scheduler,
+              platform::EventPump& pump, SendingNeighbours neighbours);
+
+  CwState& cw() { return cw_; }
+
+  // Element timing.
+  int32_t ComputeDotLength(int16_t wpm) const;
+  void TimedWait(double ms);
+  void TimedWait(FixedMs ms) { TimedWait(ms.Ms()); }
+  void SendCharacter();
+  void SidetoneOn();
+  void SidetoneOff();
+  void BoostPriority();
+  void RestorePriority();
+
+  // The walk through the text.
+  void SendLoop(int16_t& startPosition);
+  void NextCharacter(int16_t& position);
+  void MarkSendPosition(int16_t position);
+  bool WinKeySendable(std::string& character);
+  bool WinKeyRoute() const;
+
+  // Transmit and receive.
+  void StartTransmission();
+  void EndTransmission();
+  void EnableIdleControls();
+  void DisableIdleControls();
+  void ShowSpeed(int16_t speed);
+  void mnuTX_Click();
+  void mnuabort_click();
+  void mnuTune_Click();
+  void mnuVOX_Click();
+  void mnuMOX_Click();
+  void TuneStart();
+  void TuneStop();
+
+  // The two ways a transmission is begun from the text box on the software keyer.
+  void StartNewTransmission();
+  void ResumeTransmission();
+
+ private:
+  double ElapsedMs(int64_t start, int64_t stop) const;
+  int64_t CounterAfter(int64_t start, double ms) const;
+  // Cuts one character out of the box with drawing off; `position` is 1-based.
+  void DeleteCharacterAt(int16_t position);
+  std::string CharacterAt(int16_t position) const;
+  void SendWinKeySpeed(int16_t wpm);
+  void ChangeSpeedByMarks(int16_t position, unsigned char mark, int16_t step);
+
+  CwState& cw_;
+  platform::MainWindowControls& c_;
+  platform::Scheduler& scheduler_;
+  platform::EventPump& pump_;
+  SendingNeighbours n_;
+};
+
+}  // namespace vantrel::sending
