@@ -177,17 +177,20 @@ void SendingCore::SendLoop(int16_t& startPosition) {
   }
   cw_.InSendLoop = false;
 
-  if (!cw_.SlowTyping || cw_.LoopDelay > 0 || cw_.ReceiveAfterSend) {
-    EndTransmission();
-  } else {
-    cw_.ResumePosition = position;
-    MarkSendPosition(position);
-    cw_.WaitingForText = true;
-  }
   if (cw_.StartPending) {
+    // Drained after an Abort, which has ended the transmission already; ending
+    // it again would throw away what was typed meanwhile.
     cw_.StartPending = false;
     StartNewTransmission();
+    return;
   }
+  if (!cw_.SlowTyping || cw_.LoopDelay > 0 || cw_.ReceiveAfterSend) {
+    EndTransmission();
+    return;
+  }
+  cw_.ResumePosition = position;
+  MarkSendPosition(position);
+  cw_.WaitingForText = true;
 }
 
 }  // namespace vantrel::sending

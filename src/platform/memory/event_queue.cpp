@@ -68,4 +68,13 @@ void EventQueue::DoEvents() {
   }
 }
 
+void EventQueue::RunPosted(std::optional<int64_t> untilNs) {
+  while (HasPosted()) {
+    const int64_t next = *NextDueNs();
+    if (untilNs && next > *untilNs) return;
+    clock_.AdvanceTo(next);
+    DoEvents();
+  }
+}
+
 }  // namespace vantrel::platform::memory

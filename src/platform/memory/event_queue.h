@@ -56,6 +56,10 @@ class EventQueue : public EventPump {
   // Handlers may pump again from inside.
   void DoEvents() override;
 
+  // The idle loop: while posted events remain, time jumps to the next posted
+  // event or timer and the pump runs. Stops before anything due after `untilNs`.
+  void RunPosted(std::optional<int64_t> untilNs = std::nullopt);
+
   VirtualClock& clock() { return clock_; }
   void Add(MemoryTimer* timer) { timers_.push_back(timer); }
   void Remove(MemoryTimer* timer);

@@ -1,0 +1,243 @@
+#include <gtest/gtest.h>
+
+#include "support/keyer_fixture.h"
+
+namespace vantrel::sending {
+namespace {
+
+using testing::KeyerFixture;
+
+constexpr platform::Colour kTransmitted = 0;
+constexpr platform::Colour kTransmitting = 255;
+constexpr platform::Colour kUnsent = 16711680;
+
+class SendLoop : public KeyerFixture {};
+
+TEST_F(SendLoop, TextRunsOutAndTheTransmissionEnds) {
+  Start({{"Slow Typing", "OFF"}});
+  std::vector<platform::Colour> colourOfQ;
+  At(0, [&] { p.CWTextBox.SetText("CQ"); });
+  // Q is marked at the start of the letter gap after C, and C shows as sent.
+  At(760, [&] { colourOfQ = {p.CWTextBox.ColourAt(0), p.CWTextBox.ColourAt(1)}; });
+  Run();
+  EXPECT_EQ(colourOfQ, (std::vector<platform::Colour>{kTransmitted, kTransmitting}));
+  EXPECT_EQ(TimesOf("key down").size(), 8u);  // -.-. --.-
+  EXPECT_EQ(p.CWTextBox.Text(), "");
+  EXPECT_FALSE(cw.Transmitting);
+}
+
+TEST_F(SendLoop, SlowTypingHoldsAndResumesAfterAnotherLeadDelay) {
+  Start({{"PTT", "ON"}});
+  At(0, [&] { p.CWTextBox.SetText("E"); });
+  At(60'000, [&] { Type("E"); });
+  Run();
+  const auto downs = TimesOf("key down");
+  ASSERT_EQ(downs.size(), 2u);
+  EXPECT_DOUBLE_EQ(downs[1], 60'000 + 100);
+  EXPECT_EQ(TimesOf("ptt on").size(), 2u);  // raised again on the resume, never dropped
+  EXPECT_TRUE(TimesOf("ptt off").empty());
+  EXPECT_EQ(p.CWTextBox.Text(), "EE");
+  EXPECT_EQ(p.CWTextBox.ColourAt(1), kTransmitted);
+  EXPECT_TRUE(cw.Transmitting);
+  EXPECT_TRUE(cw.WaitingForText);
+  EXPECT_EQ(cw.ResumePosition, 3);
+}
+
+TEST_F(SendLoop, JoinMarkGivesOneDotBetweenTheLetters) {
+  Start({{"Slow Typing", "OFF"}});
+  std::string shown;
+  At(0, [&] { p.CWTextBox.SetText("B^T"); });
+  At(650, [&] { shown = p.CWTextBox.Text(); });  // seen at the start of T
+  Run();
+  const auto downs = TimesOf("key down");
+  const auto ups = TimesOf("key up");
+  ASSERT_EQ(downs.size(), 5u);
+  EXPECT_DOUBLE_EQ(downs[4] - ups[3], 60);
+  EXPECT_EQ(shown, "BT");
+}
+
+class MarkAtTheStart : public KeyerFixture, public ::testing::WithParamInterface<std::string> {};
+
+TEST_P(MarkAtTheStart, KeysNothingChangesNoSpeedAndStays) {
+  Start();
+  p.CWTextBox.SetText(GetParam());
+  EXPECT_EQ(p.CWTextBox.Text(), GetParam());
+  EXPECT_EQ(cw.WPM, 20);
+  EXPECT_TRUE(TimesOf("key down").empty());
+  EXPECT_TRUE(cw.Transmitting);  // held, waiting for more text
+}
+
+INSTANTIATE_TEST_SUITE_P(JoinAndSpeedMarks, MarkAtTheStart,
+                         ::testing::Values("^", "\xBB", "\xAB"));
+
+TEST_F(SendLoop, TwoSpeedUpMarksRaiseByFourUntilTheEnd) {
+  Start({{"Slow Typing", "OFF"}});
+  At(0, [&] { p.CWTextBox.SetText("E\xBB\xBB"
+                                   "E"); });
+  Run();
+  const auto ups = TimesOf("key up");
+  const auto downs = TimesOf("key down");
+  ASSERT_EQ(downs.size(), 2u);
+  EXPECT_DOUBLE_EQ(ups[1] - downs[1], 50);  // 24 WPM
+  EXPECT_EQ(EventsStartingWith({"status"}),
+            (std::vector<std::string>{"status \" Keying speed = 22 WPM\"",
+                                      "status \" Keying speed = 24 WPM\"",
+                                      "status \" Keying speed = 20 WPM\""}));
+  EXPECT_EQ(cw.WPM, 20);
+}
+
+TEST_F(SendLoop, SpeedUpThenSlowDownRaisesByTwoAndTheSlowDownStays) {
+  Start();
+  At(0, [&] { p.CWTextBox.SetText("E\xBB\xAB"
+                                   "E"); });
+  Run();
+  EXPECT_EQ(cw.WPM, 22);
+  EXPECT_EQ(p.CWTextBox.Text(), "E\xAB"
+                                "E");
+  // The slow-down mark took a letter gap of its own, at the new speed.
+  const auto downs = TimesOf("key down");
+  const auto ups = TimesOf("key up");
+  // Both gaps already at 22 WPM: the marks are read before the first gap.
+  EXPECT_DOUBLE_EQ(downs[1] - ups[0], 6 * 55);
+}
+
+TEST_F(SendLoop, CharacterWithoutCodeKeysNothingButCostsALetterGap) {
+  Start({{"Slow Typing", "OFF"}});
+  At(0, [&] { p.CWTextBox.SetText("E|E"); });
+  Run();
+  const auto downs = TimesOf("key down");
+  const auto ups = TimesOf("key up");
+  ASSERT_EQ(downs.size(), 2u);
+  EXPECT_DOUBLE_EQ(downs[1] - ups[0], 360);
+}
+
+TEST_F(SendLoop, NordicLettersKeyOnlyInTheirLanguages) {
+  Start({{"Slow Typing", "OFF"}}, 1053);
+  At(0, [&] { p.CWTextBox.SetText("\xC4"); });  // Ä
+  Run();
+  EXPECT_EQ(TimesOf("key down").size(), 4u);
+}
+
+TEST_F(SendLoop, AbortInMidCharacterKeysTheRestWithPttAlreadyOff) {
+  Start({{"PTT", "ON"}, {"Slow Typing", "OFF"}});
+  At(0, [&] { p.CWTextBox.SetText("MEET"); });
+  At(100, [&] { core.mnuabort_click(); });  // during M's first dash
+  Run();
+  EXPECT_EQ(EventsStartingWith({"key", "ptt"}),
+            (std::vector<std::string>{"ptt on", "key down", "ptt off", "key up", "key down",
+                                      "key up", "ptt off"}));  // the loop's own end, again
+  EXPECT_EQ(p.CWTextBox.Text(), "");
+  EXPECT_FALSE(cw.Transmitting);
+}
+
+TEST_F(SendLoop, AbortOnTheLastCharacterSendsNothingMore) {
+  Start({{"Slow Typing", "OFF"}});
+  At(0, [&] { p.CWTextBox.SetText("TT"); });
+  At(400, [&] { core.mnuabort_click(); });  // during the second T
+  Run();
+  EXPECT_EQ(TimesOf("key down").size(), 2u);
+  EXPECT_EQ(p.CWTextBox.Text(), "");
+}
+
+TEST_F(SendLoop, TextTypedWhileDrainingAfterAnAbortGoesOutAfterwards) {
+  Start({{"Slow Typing", "OFF"}});
+  At(0, [&] { p.CWTextBox.SetText("TEST"); });
+  At(100, [&] {
+    core.mnuabort_click();
+    Type("E");
+  });
+  Run();
+  const auto downs = TimesOf("key down");
+  ASSERT_EQ(downs.size(), 2u);
+  // The dash in hand ends at 280; the new transmission waits its own lead delay.
+  EXPECT_DOUBLE_EQ(downs[1], 280 + 100);
+  EXPECT_EQ(p.CWTextBox.Text(), "");
+}
+
+TEST_F(SendLoop, LoopingMacroEndsTheTransmissionDespiteSlowTyping) {
+  Start({{"PTT", "ON"}});
+  cw.LoopDelay = 5000;
+  At(0, [&] { p.CWTextBox.SetText("E"); });
+  Run();
+  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_EQ(TimesOf("ptt off").size(), 1u);
+  EXPECT_EQ(p.macroLoop.armed, 1);
+}
+
+TEST_F(SendLoop, PollsTheLoggerBetweenCharactersOnly) {
+  Start({{"Slow Typing", "OFF"}});
+  const int before = p.link.polls;
+  At(0, [&] { p.CWTextBox.SetText("EEE"); });
+  Run();
+  EXPECT_EQ(p.link.polls - before, 2);
+}
+
+TEST_F(SendLoop, MarkingLeavesUnsentTextInTheTypingColour) {
+  Start();
+  p.mnuSoftwareKeyer.SetChecked(false);  // text alone, no transmission
+  p.CWTextBox.SetText("AB");
+  core.MarkSendPosition(1);
+  EXPECT_EQ(p.CWTextBox.ColourAt(0), kTransmitting);
+  EXPECT_EQ(p.CWTextBox.InsertColour(), kUnsent);
+  core.MarkSendPosition(3);  // one beyond the end: all sent
+  EXPECT_EQ(p.CWTextBox.ColourAt(1), kTransmitted);
+  EXPECT_EQ(p.CWTextBox.InsertColour(), kTransmitting);
+  EXPECT_EQ(p.CWTextBox.SelStart(), 2);
+  EXPECT_TRUE(p.CWTextBox.Redrawing());
+}
+
+class WinKeyRoute : public KeyerFixture {
+ protected:
+  void SetUp() override {
+    Start({{"Keyer to Use", "WinKey"}});
+    p.winkey.open = p.winkey.portOpen = true;
+    cw.Transmitting = true;
+  }
+  std::string StepAt(const std::string& text, int16_t position) {
+    p.CWTextBox.SetText(text);
+    p.winkey.written.clear();
+    core.NextCharacter(position);
+    return p.winkey.written;
+  }
+};
+
+TEST_F(WinKeyRoute, SingleBarIsCutAndTheSecondOfTwoIsSent) {
+  EXPECT_EQ(StepAt("A|B", 2), "B");
+  EXPECT_EQ(p.CWTextBox.Text(), "AB");
+  EXPECT_EQ(StepAt("A||B", 2), "|B");
+  EXPECT_EQ(p.CWTextBox.Text(), "AB");
+}
+
+TEST_F(WinKeyRoute, UnsendableCharactersAreCut) {
+  EXPECT_EQ(StepAt("!A", 1), "A");
+  EXPECT_EQ(StepAt("^~A", 1), "A");
+  EXPECT_EQ(StepAt("\x01Z", 1), "Z");
+  EXPECT_EQ(StepAt("=", 1), "=");  // an ordinary character for the chip
+}
+
+TEST_F(WinKeyRoute, SpeedMarksGoToTheChip) {
+  EXPECT_EQ(StepAt("\xBB\xBB"
+                   "A",
+                   1),
+            std::string("\x1C\x16\x1C\x18"
+                        "A"));
+  EXPECT_EQ(cw.WPM, 24);
+}
+
+TEST_F(WinKeyRoute, AnalogSpeedKeepsMarksFromTheChip) {
+  cw.WinKeyAnalogSpeed = true;
+  EXPECT_EQ(StepAt("\xAB"
+                   "A",
+                   1),
+            "A");
+  EXPECT_EQ(cw.WPM, 18);
+}
+
+TEST_F(WinKeyRoute, NothingLeftToSendAbortsWithoutMarking) {
+  EXPECT_EQ(StepAt("A!", 2), std::string("\x1C\x14"));  // the abort restores the chip's speed
+  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_EQ(p.CWTextBox.Text(), "");
+}
+
+}  // namespace
+}  // namespace vantrel::sending

@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+
+#include "support/keyer_fixture.h"
+
+namespace vantrel::sending {
+namespace {
+
+using testing::KeyerFixture;
+
+class TransmitControl : public KeyerFixture {};
+
+TEST_F(TransmitControl, VoxSendsATypedLetterBetweenPttOnAndOff) {
+  Start({{"PTT", "ON"}, {"Slow Typing", "OFF"}});
+  At(0, [&] { Type("E"); });
+  Run();
+  EXPECT_EQ(EventsStartingWith({"key", "ptt", "post"}),
+            (std::vector<std::string>{"post 900 1", "ptt on", "key down", "key up", "post 900 0",
+                                      "ptt off"}));
+  EXPECT_DOUBLE_EQ(TimesOf("ptt off")[0], 160);
+}
+
+TEST_F(TransmitControl, IdleControlsChangeInTheirOrder) {
+  Start({{"Slow Typing", "OFF"}});
+  At(0, [&] { Type("E"); });
+  Run();
+  EXPECT_EQ(EventsStartingWith({"menu"}),
+            (std::vector<std::string>{
+                "menu mnuConfig disabled", "menu mnuTX disabled", "menu mnuAbort enabled",
+                "menu mnuView disabled", "menu mnuKeying disabled", "menu mnuTX enabled",
+                "menu mnuAbort disabled", "menu mnuConfig enabled", "menu mnuView enabled",
+                "menu mnuKeying enabled"}));
+  EXPECT_TRUE(p.cmbPrevious.Enabled());
+}
+
+TEST_F(TransmitControl, MoxWaitsForTheCommand) {
+  Start({{"Keying", "MOX"}, {"Slow Typing", "OFF"}});
+  At(0, [&] { Type("EE"); });
+  At(1000, [&] { core.mnuTX_Click(); });
+  Run();
+  const auto downs = TimesOf("key down");
+  ASSERT_EQ(downs.size(), 2u);
+  EXPECT_DOUBLE_EQ(downs[0], 1100);
+  EXPECT_EQ(TimesOf("menu mnuTX enabled").front(), 0);
+}
+
+TEST_F(TransmitControl, MoxResumesAHoldWithoutTheCommand) {
+  Start({{"Keying", "MOX"}});
+  At(0, [&] { Type("E"); });
+  At(10, [&] { core.mnuTX_Click(); });
+  At(5000, [&] { Type("E"); });
+  Run();
+  EXPECT_EQ(TimesOf("key down").size(), 2u);
+}
+
+TEST_F(TransmitControl, DisablePollingFollowsBothNotifications) {
+  Start({{"Disable Polling", "True"}, {"Slow Typing", "OFF"}});
+  At(0, [&] { Type("E"); });
+  Run();
+  EXPECT_EQ(EventsStartingWith({"post"}),
+            (std::vector<std::string>{"post 900 1", "post 150 1", "post 900 0", "post 150 0"}));
+}
+
+TEST_F(TransmitControl, AbortDuringAHoldEndsEverything) {
+  Start({{"PTT", "ON"}});
+  At(0, [&] { Type("E"); });
+  At(1000, [&] { core.mnuabort_click(); });
+  Run();
+  EXPECT_DOUBLE_EQ(TimesOf("ptt off").at(0), 1000);
+  EXPECT_EQ(p.CWTextBox.Text(), "");
+  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_EQ(p.macroLoop.cancelled, 1);
+}
+
+TEST_F(TransmitControl, AbortRestoresTheSavedSpeed) {
+  Start();
+  At(0, [&] { Type("E\xBB\xBB"
+                   "EEEE"); });
+  At(500, [&] { core.mnuabort_click(); });
+  Run();
+  EXPECT_EQ(cw.WPM, 20);
+  EXPECT_EQ(cw.DotTime, 60);
+  EXPECT_EQ(p.sBar.Caption(), " Keying speed = 20 WPM");
+}
+
+TEST_F(TransmitControl, PttDisabledStillWaitsTheLeadDelayButMovesNoLine) {
+  Start({{"Slow Typing", "OFF"}});
+  At(0, [&] { Type("E"); });
+  Run();
+  EXPECT_TRUE(EventsStartingWith({"ptt"}).empty());
+  EXPECT_DOUBLE_EQ(TimesOf("key down").at(0), 100);
+}
+
+TEST_F(TransmitControl, TuneHoldsTheKeyWithoutLeadDelayAndAbortReleasesIt) {
+  Start({{"PTT", "ON"}, {"SideTone", "ON"}});
+  At(0, [&] { core.mnuTune_Click(); });
+  At(3000, [&] { core.mnuabort_click(); });
+  Run();
+  EXPECT_EQ(EventsStartingWith({"key", "ptt", "tone"}),
+            (std::vector<std::string>{"ptt on", "key down", "tone on", "ptt off",
+                                      "ptt off",  // Tune's own end, from inside the Abort
+                                      "key up", "tone off"}));
+  EXPECT_DOUBLE_EQ(TimesOf("key up").at(0), 3000);
+  EXPECT_FALSE(cw.TuneActive);
+  EXPECT_FALSE(p.lines.pttOn);
+}
+
+TEST_F(TransmitControl, TuneDoesNotSendTheTextAndItsEndRemovesIt) {
+  Start();
+  p.mnuSoftwareKeyer.SetChecked(false);
+  p.CWTextBox.SetText("CQ");
+  p.mnuSoftwareKeyer.SetChecked(true);
+  core.mnuTune_Click();
+  core.mnuTune_Click();
+  EXPECT_EQ(TimesOf("key down").size(), 1u);
+  EXPECT_EQ(p.CWTextBox.Text(), "");
+}
+
+TEST_F(TransmitControl, TuneOnTheWinKeyRouteIsACommandToTheChip) {
+  Start({{"Keyer to Use", "WinKey2"}});
+  core.mnuTune_Click();
+  core.mnuTune_Click();
+  EXPECT_EQ(EventsStartingWith({"winkey", "key"}),
+            (std::vector<std::string>{"winkey 0B 01", "winkey 0B 00"}));
+}
+
+TEST_F(TransmitControl, KeyingModeClicksTickOneAndWriteTheSetting) {
+  Start();
+  core.mnuVOX_Click();  // already ticked: nothing
+  EXPECT_TRUE(EventsStartingWith({"menu"}).empty());
+  core.mnuMOX_Click();
+  EXPECT_TRUE(p.mnuMOX.Checked());
+  EXPECT_FALSE(p.mnuVOX.Checked());
+  EXPECT_FALSE(p.mnuTX.Enabled());  // nothing in the box to send
+  EXPECT_EQ(p.profile.GetPrivateProfileString("FRMVANTREL SETTINGS", "keying", "", 100), "MOX");
+  core.mnuVOX_Click();
+  EXPECT_EQ(p.profile.GetPrivateProfileString("frmVantrel Settings", "Keying", "", 100), "VOX");
+}
+
+TEST_F(TransmitControl, EndingTwiceDoesNoHarm) {
+  Start({{"PTT", "ON"}});
+  core.StartTransmission();
+  core.StartTransmission();
+  EXPECT_TRUE(p.lines.pttOn);
+  core.EndTransmission();
+  core.EndTransmission();
+  EXPECT_FALSE(p.lines.pttOn);
+  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_TRUE(p.Timer1.Enabled());
+}
+
+TEST_F(TransmitControl, CalibrationTakesOverTheStartAndEndSteps) {
+  Start();
+  p.calibration.calibrating = true;
+  cw.SavedWPM = 33;
+  core.StartTransmission();
+  core.EndTransmission();
+  EXPECT_EQ(p.calibration.started, 1);
+  EXPECT_EQ(p.calibration.ended, 1);
+  EXPECT_EQ(cw.WPM, 33);  // the saved speed was left alone
+}
+
+TEST_F(TransmitControl, LogAfterSendLogsOnceAtTheEnd) {
+  Start();
+  cw.LogAfterSend = true;
+  core.EndTransmission();
+  core.EndTransmission();
+  EXPECT_EQ(p.link.contactsLogged, 1);
+}
+
+}  // namespace
+}  // namespace vantrel::sending

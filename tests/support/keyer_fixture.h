@@ -1,0 +1,77 @@
+// The whole keyer on the in-memory platform, for tests that follow a
+// transmission in virtual time through its trace.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/vantrel.h"
+#include "platform/memory/memory_platform.h"
+#include "settings/settings_store.h"
+
+namespace vantrel::testing {
+
+class KeyerFixture : public ::testing::Test {
+ protected:
+  using Settings = std::vector<std::pair<std::string, std::string>>;
+
+  // Writes the settings, then starts the keyer as the program does.
+  void Start(const Settings& settings = {}, int16_t languageId = 1033) {
+    for (const auto& [key, value] : settings) {
+      keyer.store.WriteSetting(
+          settings::IsKeyerSetting(key) ? settings::kKeyerSection : settings::kMainSection, key,
+          value);
+    }
+    keyer.form.Form_Load(languageId);
+    p.trace.Clear();
+  }
+
+  // Runs `event` at the first event pump at or after `ms`.
+  void At(double ms, std::function<void()> event) {
+    p.queue.Post(static_cast<int64_t>(ms * 1e6), std::move(event));
+  }
+  void Run() { p.queue.RunPosted(); }
+
+  // Types text at the end of the box, as the keyboard does.
+  void Type(const std::string& text) {
+    p.CWTextBox.SetSelStart(static_cast<int>(p.CWTextBox.Text().size()));
+    p.CWTextBox.SetSelColor(keyer.cw.TextForeColor);
+    p.CWTextBox.SetSelText(text);
+  }
+
+  // The times in ms of every trace line whose event is exactly `event`.
+  std::vector<double> TimesOf(const std::string& event) const {
+    std::vector<double> times;
+    for (const std::string& line : p.trace.Lines()) {
+      const auto space = line.find(' ');
+      if (line.substr(space + 1) == event) times.push_back(std::strtod(line.c_str(), nullptr));
+    }
+    return times;
+  }
+
+  // The events whose text starts with one of `prefixes`, in order, without times.
+  std::vector<std::string> EventsStartingWith(const std::vector<std::string>& prefixes) const {
+    std::vector<std::string> kept;
+    for (const std::string& event : p.trace.Events()) {
+      for (const std::string& prefix : prefixes) {
+        if (event.rfind(prefix, 0) == 0) {
+          kept.push_back(event);
+          break;
+        }
+      }
+    }
+    return kept;
+  }
+
+  platform::memory::MemoryPlatform p;
+  app::Vantrel keyer{p.platform()};
+  sending::CwState& cw = keyer.cw;
+  sending::SendingCore& core = keyer.core;
+};
+
+}  // namespace vantrel::testing

@@ -1,0 +1,80 @@
+// vantrel-sim: the keyer without a window, on virtual time, driven by a script.
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "runner.h"
+#include "script.h"
+
+namespace {
+
+constexpr const char* kUsage =
+    "usage: vantrel-sim [--set \"KEY=VALUE\"]... [--language N] [--until MS] SCRIPT|-\n"
+    "  --set KEY=VALUE  a setting, under its settings-file name (repeatable)\n"
+    "  --language N     the user's language number (1033 English, 1053 Swedish, ...)\n"
+    "  --until MS       stop at this virtual time\n"
+    "  SCRIPT           lines of \"<ms> <verb> [args]\"; - reads standard input\n";
+
+[[noreturn]] void Fail(const std::string& message) {
+  std::cerr << "vantrel-sim: " << message << "\n" << kUsage;
+  std::exit(2);
+}
+
+long long Number(const char* text, const char* option) {
+  char* end = nullptr;
+  const long long value = std::strtoll(text, &end, 10);
+  if (*text == '\0' || *end != '\0') Fail(std::string(option) + " takes a whole number");
+  return value;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  vantrel::sim::RunOptions options;
+  const char* scriptPath = nullptr;
+  for (int i = 1; i < argc; ++i) {
+    const std::string arg = argv[i];
+    const bool hasValue = i + 1 < argc;
+    if (arg == "--help" || arg == "-h") {
+      std::cout << kUsage;
+      return 0;
+    } else if (arg == "--set" && hasValue) {
+      const std::string setting = argv[++i];
+      const auto equals = setting.find('=');
+      if (equals == std::string::npos || equals == 0) Fail("--set takes KEY=VALUE");
+      options.settings.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
+    } else if (arg == "--language" && hasValue) {
+      const long long id = Number(argv[++i], "--language");
+      if (id < 0 || id > 32767) Fail("--language takes a number from 0 to 32767");
+      options.languageId = static_cast<int16_t>(id);
+    } else if (arg == "--until" && hasValue) {
+      const long long ms = Number(argv[++i], "--until");
+      if (ms < 0) Fail("--until takes a time in ms, 0 or more");
+      options.untilNs = ms * 1'000'000;
+    } else if (arg.rfind("--", 0) == 0) {
+      Fail("unknown or incomplete option " + arg);
+    } else if (scriptPath) {
+      Fail("one script only");
+    } else {
+      scriptPath = argv[i];
+    }
+  }
+  if (!scriptPath) Fail("no script given");
+
+  std::ifstream file;
+  if (std::strcmp(scriptPath, "-") != 0) {
+    file.open(scriptPath);
+    if (!file) Fail(std::string("cannot read ") + scriptPath + ": " + std::strerror(errno));
+  }
+  try {
+    const auto events = vantrel::sim::ParseScript(file.is_open() ? file : std::cin);
+    vantrel::sim::Run(options, events, [](const std::string& line) { std::cout << line << '\n'; });
+  } catch (const vantrel::sim::ScriptError& error) {
+    std::cerr << "vantrel-sim: " << (file.is_open() ? scriptPath : "stdin") << ": " << error.what()
+              << "\n";
+    return 2;
+  }
+  return 0;
+}

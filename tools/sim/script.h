@@ -1,0 +1,34 @@
+// The runner's script: one event a line, "<ms> <verb> [args]", times absolute
+// and non-decreasing, "#" starting a comment line.
+#pragma once
+
+#include <istream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace vantrel::sim {
+
+struct ScriptEvent {
+  int64_t atNs = 0;
+  std::string verb;
+  std::string argument;  // TEXT arguments with their \xNN escapes resolved
+  int line = 0;
+};
+
+class ScriptError : public std::runtime_error {
+ public:
+  ScriptError(int line, const std::string& what)
+      : std::runtime_error("line " + std::to_string(line) + ": " + what) {}
+};
+
+// Every verb the runner knows, and whether it takes an argument.
+bool KnownVerb(const std::string& verb, bool& takesArgument);
+// Menu entries that the "menu" verb can click.
+bool KnownMenu(const std::string& name);
+
+std::vector<ScriptEvent> ParseScript(std::istream& in);
+// Resolves \xNN to the byte it names; other backslashes stay as they are.
+std::string Unescape(const std::string& text, int line);
+
+}  // namespace vantrel::sim
