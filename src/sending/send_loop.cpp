@@ -143,6 +143,7 @@ void SendingCore::MarkSendPosition(int16_t position) {
   }
   box.SetRedraw(true);
   box.Refresh();
+  if (onMark_) onMark_(position);
 }
 
 void SendingCore::SendLoop(int16_t& startPosition) {

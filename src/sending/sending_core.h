@@ -5,7 +5,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "platform/event_pump.h"
 #include "platform/main_window_controls.h"
@@ -43,6 +45,8 @@ class SendingCore {
               platform::EventPump& pump, SendingNeighbours neighbours);
 
   CwState& cw() { return cw_; }
+  // Told every send position that MarkSendPosition shows, for a front end that follows progress.
+  void OnMark(std::function<void(int16_t position)> observer) { onMark_ = std::move(observer); }
 
   // Element timing.
   int32_t ComputeDotLength(int16_t wpm) const;
@@ -93,6 +97,7 @@ class SendingCore {
   platform::Scheduler& scheduler_;
   platform::EventPump& pump_;
   SendingNeighbours n_;
+  std::function<void(int16_t)> onMark_;
 };
 
 }  // namespace vantrel::sending

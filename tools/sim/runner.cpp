@@ -44,6 +44,7 @@ void Run(const RunOptions& options, const std::vector<ScriptEvent>& events,
         settings::IsKeyerSetting(key) ? settings::kKeyerSection : settings::kMainSection, key,
         value);
   }
+  keyer.core.OnMark([&p](int16_t position) { p.trace.Emit("mark " + std::to_string(position)); });
   keyer.form.Form_Load(options.languageId);
 
   for (const ScriptEvent& event : events) {
