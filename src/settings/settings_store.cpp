@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
+
+#include "vb/vb.h"
 
 namespace vantrel::settings {
 namespace {
@@ -20,11 +21,6 @@ constexpr std::array<std::string_view, 29> kKeyerKeys{
     "WinKey Hold Radio Polling", "Paddle Only SideTone",
 };
 
-bool SameName(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-    return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-  });
-}
 
 }  // namespace
 
@@ -39,7 +35,7 @@ std::string TrimAtNul(std::string_view text) {
 
 bool IsKeyerSetting(std::string_view key) {
   return std::any_of(kKeyerKeys.begin(), kKeyerKeys.end(),
-                     [key](std::string_view name) { return SameName(name, key); });
+                     [key](std::string_view name) { return vb::SameText(name, key); });
 }
 
 std::string SettingsStore::ReadSetting(const std::string& key, const std::string& fallback) {

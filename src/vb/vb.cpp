@@ -1,6 +1,7 @@
 #include "vb/vb.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
@@ -362,6 +363,12 @@ std::string Format(double value, std::string_view pattern) {
     }
   }
   return out;
+}
+
+bool SameText(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+    return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
+  });
 }
 
 }  // namespace vantrel::vb

@@ -39,4 +39,7 @@ double Val(std::string_view text);
 // of the point shows the whole part there.
 std::string Format(double value, std::string_view pattern);
 
+// Text comparison without regard to case, as setting and section names compare.
+bool SameText(std::string_view a, std::string_view b);
+
 }  // namespace vantrel::vb

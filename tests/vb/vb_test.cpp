@@ -217,3 +217,10 @@ TEST(Format, OtherCharactersAreCopied) {
 
 }  // namespace
 }  // namespace vantrel::vb
+
+TEST(SameText, IgnoresCaseButNotLengthOrSpelling) {
+  EXPECT_TRUE(vantrel::vb::SameText("FrmVantrel Settings", "frmVANTREL settings"));
+  EXPECT_FALSE(vantrel::vb::SameText("SideTone", "SideTones"));
+  EXPECT_FALSE(vantrel::vb::SameText("Keying", "Keyinf"));
+  EXPECT_TRUE(vantrel::vb::SameText("", ""));
+}

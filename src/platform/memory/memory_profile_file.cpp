@@ -1,16 +1,9 @@
 #include "platform/memory/memory_profile_file.h"
 
-#include <algorithm>
-#include <cctype>
+#include "vb/vb.h"
 
 namespace vantrel::platform::memory {
 namespace {
-
-bool SameName(const std::string& a, const std::string& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-    return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-  });
-}
 
 std::string TrimBlanks(const std::string& text) {
   const auto first = text.find_first_not_of(" \t");
@@ -22,7 +15,7 @@ std::string TrimBlanks(const std::string& text) {
 
 MemoryProfileFile::Section* MemoryProfileFile::Find(const std::string& section) {
   for (Section& s : sections_) {
-    if (SameName(s.name, section)) return &s;
+    if (vb::SameText(s.name, section)) return &s;
   }
   return nullptr;
 }
@@ -33,7 +26,7 @@ std::string MemoryProfileFile::GetPrivateProfileString(const std::string& sectio
   std::string value = fallback;
   if (const Section* s = Find(section)) {
     for (const auto& [name, stored] : s->entries) {
-      if (SameName(name, key)) {
+      if (vb::SameText(name, key)) {
         value = stored;
         break;
       }
@@ -50,7 +43,7 @@ void MemoryProfileFile::WritePrivateProfileString(const std::string& section,
   Section* s = Find(section);
   if (!s) s = &sections_.emplace_back(Section{section, {}});
   for (auto& [name, stored] : s->entries) {
-    if (SameName(name, key)) {
+    if (vb::SameText(name, key)) {
       stored = value;
       return;
     }
