@@ -1,0 +1,79 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "script.h"
+
+namespace vantrel::sim {
+namespace {
+
+using ::testing::HasSubstr;
+
+std::vector<ScriptEvent> Parse(const std::string& script) {
+  std::istringstream in(script);
+  return ParseScript(in);
+}
+
+// The message of the error that parsing `script` throws, or "" if it parses.
+std::string ErrorOf(const std::string& script) {
+  try {
+    Parse(script);
+  } catch (const ScriptError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(ParseScript, SkipsCommentsAndBlankLinesAndKeepsLineNumbers) {
+  const auto events = Parse("# a CQ\n\n   \n  # indented\r\n10 send CQ\r\n20.25 menu mnuabort\n");
+  ASSERT_EQ(events.size(), 2u);
+  EXPECT_EQ(events[0].atNs, 10'000'000);
+  EXPECT_EQ(events[0].verb, "send");
+  EXPECT_EQ(events[0].argument, "CQ");  // the CR of a CRLF line is not text
+  EXPECT_EQ(events[0].line, 5);
+  EXPECT_EQ(events[1].atNs, 20'250'000);
+  EXPECT_EQ(events[1].argument, "mnuabort");
+  EXPECT_EQ(events[1].line, 6);
+}
+
+TEST(ParseScript, TextRunsFromTheOneSeparatorToTheEndOfTheLine) {
+  const auto events = Parse("0 send   CQ  TEST # not a comment \n0 append \tB^T\n");
+  ASSERT_EQ(events.size(), 2u);
+  EXPECT_EQ(events[0].argument, "  CQ  TEST # not a comment ");
+  EXPECT_EQ(events[1].argument, "\tB^T");
+}
+
+TEST(ParseScript, EqualTimesAreFineButTimesMustNotGoBackwards) {
+  EXPECT_EQ(Parse("5 send E\n5 append T\n").size(), 2u);
+  const std::string error = ErrorOf("0 send E\n# gap\n10 send T\n9.5 send A\n");
+  EXPECT_THAT(error, HasSubstr("line 4"));
+  EXPECT_THAT(error, HasSubstr("backwards"));
+}
+
+TEST(ParseScript, EscapesNameBytes) {
+  const auto events = Parse(R"(0 send E\xBB\xabE\x41 a\b)");
+  ASSERT_EQ(events.size(), 1u);
+  EXPECT_EQ(events[0].argument, "E\xBB\xAB" "EA a\\b");
+  EXPECT_EQ(static_cast<unsigned char>(events[0].argument[1]), 187);
+}
+
+TEST(ParseScript, BadLinesAreErrorsNamingTheirLine) {
+  EXPECT_THAT(ErrorOf("0 send E\n1 send \\xZ1\n"), HasSubstr("line 2"));
+  EXPECT_THAT(ErrorOf("0 send E\\x4"), HasSubstr("line 1"));
+  EXPECT_THAT(ErrorOf("0 send E\\x"), HasSubstr("hexadecimal"));
+  EXPECT_THAT(ErrorOf("0 type E"), HasSubstr("unknown verb 'type'"));
+  EXPECT_THAT(ErrorOf("0 menu mnuAbort"), HasSubstr("unknown menu entry 'mnuAbort'"));
+  EXPECT_THAT(ErrorOf("0 menu mnuTX "), HasSubstr("unknown menu entry"));
+  EXPECT_THAT(ErrorOf("0 send"), HasSubstr("needs an argument"));
+  EXPECT_THAT(ErrorOf("0 send "), HasSubstr("needs an argument"));
+  EXPECT_THAT(ErrorOf("0 menu\r\n"), HasSubstr("needs an argument"));
+  EXPECT_THAT(ErrorOf("-5 send E"), HasSubstr("not a time"));
+  EXPECT_THAT(ErrorOf("5ms send E"), HasSubstr("not a time"));
+  EXPECT_THAT(ErrorOf("inf send E"), HasSubstr("not a time"));
+}
+
+}  // namespace
+}  // namespace vantrel::sim
