@@ -118,9 +118,11 @@ void LinuxScheduler::Restore() {
   raise_ = PriorityRaise::None;
 }
 
-void LinuxScheduler::SleepTo(int64_t deadline) {
-  if (clock_.NowNs() >= deadline) return;
-  if (clock_.SleepUntilNs(deadline)) margin_.Observe(clock_.NowNs() - deadline);
+bool LinuxScheduler::SleepTo(int64_t deadline) {
+  if (clock_.NowNs() >= deadline) return false;
+  if (!clock_.SleepUntilNs(deadline)) return false;
+  margin_.Observe(clock_.NowNs() - deadline);
+  return true;
 }
 
 void LinuxScheduler::SwitchToThread(int64_t until) {
@@ -133,8 +135,10 @@ void LinuxScheduler::SwitchToThread(int64_t until) {
 
 void LinuxScheduler::IdleUntil(int64_t until) {
   if (mode_ == WaitMode::Spin) return;
-  // Within the margin the caller spins: each call returns at once.
-  SleepTo(until - margin_.Ns());
+  // One sleep per wait: the margin learning from that very wake-up must not
+  // send the rest of it back to sleep. The caller spins what is left.
+  if (until == sleptBefore_) return;
+  if (SleepTo(until - margin_.Ns())) sleptBefore_ = until;
 }
 
 }  // namespace vantrel::platform::linuxos

@@ -36,8 +36,8 @@ enum class PriorityRaise { None, Realtime, Nice };
 
 class LinuxScheduler final : public Scheduler {
  public:
-  // The FIFO priority asked for: above the kernel's threaded interrupts' 50 is
-  // not ours to take, and a keyer needs no more than to come before normal work.
+  // Below the kernel's interrupt threads (50): the keyer has to come before
+  // ordinary work, not before the devices it keys through.
   static constexpr int kRealtimePriority = 40;
 
   explicit LinuxScheduler(WaitMode mode, WaitClock& clock = MonotonicClock(),
@@ -68,13 +68,16 @@ class LinuxScheduler final : public Scheduler {
  private:
   void Raise();
   void Restore();
-  // Sleeps to `deadline` and learns from how late it woke.
-  void SleepTo(int64_t deadline);
+  // Sleeps to `deadline` and learns from how late it woke; false when it did
+  // not sleep through.
+  bool SleepTo(int64_t deadline);
 
   const WaitMode mode_;
   WaitClock& clock_;
   WakeMargin margin_;
   int savedTimerSlack_ = -1;
+  // The deadline of the last final stretch that has had its sleep.
+  int64_t sleptBefore_ = -1;
 
   PriorityRaise raise_ = PriorityRaise::None;
   pid_t raisedThread_ = 0;

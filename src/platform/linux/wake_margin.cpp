@@ -4,21 +4,26 @@
 
 namespace vantrel::platform::linuxos {
 
-WakeMargin::WakeMargin(const Limits& limits)
-    : limits_(limits), marginNs_(std::clamp(limits.initialNs, limits.floorNs, limits.ceilingNs)) {}
+WakeMargin::WakeMargin(const Limits& limits) : limits_(limits) {
+  worst_[0] = std::max<int64_t>(limits_.initialNs - limits_.headroomNs, 0);
+  Update();
+}
 
 void WakeMargin::Observe(int64_t latenessNs) {
-  // A clock that reads a wake-up as early still says nothing about lateness.
-  const int64_t late = std::max<int64_t>(latenessNs, 0);
-  const int64_t need = std::clamp(late + limits_.headroomNs, limits_.floorNs, limits_.ceilingNs);
-  if (need >= marginNs_) {
-    marginNs_ = need;
-    return;
+  if (inBucket_ == kPerBucket) {
+    bucket_ = (bucket_ + 1) % kBuckets;
+    worst_[bucket_] = 0;
+    inBucket_ = 0;
   }
-  // Rounded up, so the margin does come all the way down to what it needs.
-  const int64_t step = ((marginNs_ - need) + ((int64_t{1} << limits_.decayShift) - 1)) >>
-                       limits_.decayShift;
-  marginNs_ -= step;
+  ++inBucket_;
+  // A clock that reads a wake-up as early still says it was not late.
+  worst_[bucket_] = std::max({worst_[bucket_], latenessNs, int64_t{0}});
+  Update();
+}
+
+void WakeMargin::Update() {
+  const int64_t worst = *std::max_element(worst_.begin(), worst_.end());
+  marginNs_ = std::clamp(worst + limits_.headroomNs, limits_.floorNs, limits_.ceilingNs);
 }
 
 }  // namespace vantrel::platform::linuxos

@@ -1,8 +1,15 @@
 // How long before a deadline a sleep has to end so that its wake-up, as late as
 // this machine makes it, still comes before the deadline. The rest of the wait
 // is spun, so the margin is both the precision bought and the processor spent.
+//
+// It is the worst lateness of the last few hundred wake-ups plus headroom:
+// a late wake-up widens it at once, and only a long run of prompt ones narrows
+// it again. Lateness comes in spells (a busy neighbour on a shared host holds
+// the processor for its whole time slice), so the worst of the recent past
+// predicts the next wake-up better than any average.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 namespace vantrel::platform::linuxos {
@@ -10,33 +17,40 @@ namespace vantrel::platform::linuxos {
 class WakeMargin {
  public:
   struct Limits {
-    // Below this the spin no longer covers the return path of a prompt wake-up.
-    int64_t floorNs = 100'000;
-    // A wake-up later than this is an outlier (the host took the processor
-    // away); covering it for long would cost more than it saves.
-    int64_t ceilingNs = 4'000'000;
-    // Added to each wake-up's lateness: the jitter between two neighbours.
-    int64_t headroomNs = 100'000;
-    // Before the first wake-up has been seen.
+    // Stalls of a few hundred us strike a virtual machine's wake-ups at
+    // random, even in a calm spell; a window of prompt wake-ups cannot see
+    // the next one coming.
+    int64_t floorNs = 500'000;
+    // A shared host that gives the processor to a neighbour keeps it from us
+    // for the neighbour's time slice, about 3 ms; covering more would spin
+    // away over a tenth of a core at 60 WPM.
+    int64_t ceilingNs = 3'500'000;
+    // Added to the worst lateness seen: a new worst is seldom much worse.
+    int64_t headroomNs = 200'000;
+    // Counted as already seen, until the window has forgotten it.
     int64_t initialNs = 1'000'000;
-    // The margin sinks by 1/2^decayShift of its distance to the newest
-    // wake-up's need on each wake-up: slowly, so a burst of late wake-ups is
-    // still covered when the next one comes.
-    int decayShift = 6;
   };
+
+  // The window slides by buckets: it remembers the last 224 to 256 wake-ups.
+  static constexpr int kBuckets = 8;
+  static constexpr int kPerBucket = 32;
 
   WakeMargin() : WakeMargin(Limits{}) {}
   explicit WakeMargin(const Limits& limits);
 
   int64_t Ns() const { return marginNs_; }
-  const Limits& limits() const { return limits_; }
 
   // One completed sleep: how long after its deadline it woke.
   void Observe(int64_t latenessNs);
 
  private:
+  void Update();
+
   Limits limits_;
-  int64_t marginNs_;
+  std::array<int64_t, kBuckets> worst_{};
+  int bucket_ = 0;
+  int inBucket_ = 0;
+  int64_t marginNs_ = 0;
 };
 
 }  // namespace vantrel::platform::linuxos
