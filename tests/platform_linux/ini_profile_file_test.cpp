@@ -1,0 +1,258 @@
+#include "platform/linux/ini_profile_file.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace vantrel::platform::linuxos {
+namespace {
+
+const std::string kSection = "FrmVantrel Settings";
+const std::string kMissing = "<missing>";
+
+class IniProfileFileTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-ini-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    dir_ = pattern;
+    path_ = dir_ + "/vantrel.ini";
+  }
+  void TearDown() override {
+    if (dir_.empty()) return;
+    ::chmod(dir_.c_str(), 0700);
+    std::filesystem::remove_all(dir_);
+  }
+
+  void Put(const std::string& text) { std::ofstream(path_, std::ios::binary) << text; }
+  std::string Contents() const {
+    std::ifstream in(path_, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+  }
+  std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(dir_)) names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+  std::string Get(const std::string& section, const std::string& key, int size = 256) {
+    return IniProfileFile(path_).GetPrivateProfileString(section, key, kMissing, size);
+  }
+
+  std::string dir_;
+  std::string path_;
+};
+
+TEST_F(IniProfileFileTest, HandEditedCrlfFileReadsFirstMatch) {
+  Put("; written by hand\r\n"
+      "\r\n"
+      "[Other]\r\n"
+      "Speed=10\r\n"
+      "\r\n"
+      "[  FrmVantrel Settings \t]\r\n"
+      "; Speed=99\r\n"
+      "\r\n"
+      "Speed=25\r\n"
+      "Speed=30\r\n"
+      "  Weight \t=\t 3.0  \r\n"
+      "Empty=\r\n"
+      "\r\n"
+      "[FrmVantrel Settings]\r\n"
+      "Speed=40\r\n"
+      "Late=1\r\n");
+  EXPECT_EQ(Get(kSection, "Speed"), "25");
+  EXPECT_EQ(Get("Other", "Speed"), "10");
+  EXPECT_EQ(Get(kSection, "Weight"), "3.0");
+  EXPECT_EQ(Get(kSection, "Empty"), "");
+  // Only the first of two same-named sections is searched.
+  EXPECT_EQ(Get(kSection, "Late"), kMissing);
+  EXPECT_EQ(Get(kSection, "; Speed"), kMissing);
+}
+
+TEST_F(IniProfileFileTest, NamesMeetWithoutRegardToCase) {
+  Put("[FrmVantrel Settings]\nSideTone=700\n");
+  EXPECT_EQ(Get("frmVantrel Settings", "sidetone"), "700");
+  EXPECT_EQ(Get("FRMVANTREL SETTINGS", "SIDETONE"), "700");
+
+  IniProfileFile(path_).WritePrivateProfileString("frmvantrel settings", "SIDETONE", "650");
+  EXPECT_EQ(Contents(), "[FrmVantrel Settings]\nSideTone=650\n");
+}
+
+TEST_F(IniProfileFileTest, ValuesAreTrimmedAndCut) {
+  const std::string longValue(2500, 'x');
+  Put("[S]\nLong=" + longValue + "\nLead=  \t  W1AW \t \nShort=abcdef\n");
+  EXPECT_EQ(Get("S", "Long", 2000), std::string(1999, 'x'));
+  EXPECT_EQ(Get("S", "Lead"), "W1AW");
+  EXPECT_EQ(Get("S", "Short", 4), "abc");
+  EXPECT_EQ(Get("S", "Short", 7), "abcdef");
+}
+
+// One object sees the file appear and change: nothing is cached.
+TEST_F(IniProfileFileTest, FallbackIsTrimmedAndCutAndEditsAreSeen) {
+  IniProfileFile file(path_);
+  EXPECT_EQ(file.GetPrivateProfileString("S", "K", "  fall back \t", 256), "fall back");
+  Put("[S]\nK=1\n");
+  EXPECT_EQ(file.GetPrivateProfileString("S", "K", "", 256), "1");
+  EXPECT_EQ(file.GetPrivateProfileString("T", "K", " abcdef", 4), "abc");
+  EXPECT_EQ(file.GetPrivateProfileString("S", "J", "dflt", 256), "dflt");
+  Put("[S]\nK=2\n");
+  EXPECT_EQ(file.GetPrivateProfileString("S", "K", "", 256), "2");
+}
+
+TEST_F(IniProfileFileTest, WriteChangesOnlyTheOneLine) {
+  const std::string before =
+      "; Vantrel settings\r\n"
+      "[FrmVantrel Settings]\r\n"
+      "Unknown Key = kept  \r\n"
+      "  SideTone = 700\r\n"
+      "; SideTone=1\r\n"
+      "SideTone=800\r\n"
+      "\r\n"
+      "[Logger]\r\n"
+      "SideTone=900\r\n";
+  Put(before);
+  IniProfileFile(path_).WritePrivateProfileString(kSection, "sidetone", "650");
+
+  std::string after = before;
+  after.replace(after.find("  SideTone = 700"), 16, "  SideTone =650");
+  EXPECT_EQ(Contents(), after);
+  EXPECT_EQ(Names(), std::vector<std::string>{"vantrel.ini"});
+}
+
+TEST_F(IniProfileFileTest, WriteAppendsKeyAtEndOfItsSection) {
+  Put("[A]\r\nX=1\r\n; note\r\n\r\n\r\n[B]\r\nY=2");
+  IniProfileFile file(path_);
+  file.WritePrivateProfileString("a", "New", "v");
+  EXPECT_EQ(Contents(), "[A]\r\nX=1\r\n; note\r\nNew=v\r\n\r\n\r\n[B]\r\nY=2");
+  file.WritePrivateProfileString("B", "Z", "3");
+  EXPECT_EQ(Contents(), "[A]\r\nX=1\r\n; note\r\nNew=v\r\n\r\n\r\n[B]\r\nY=2\r\nZ=3\r\n");
+}
+
+TEST_F(IniProfileFileTest, WriteAddsSectionAtEndOfFile) {
+  Put("[A]\nX=1");
+  IniProfileFile(path_).WritePrivateProfileString(kSection, "Speed", "25");
+  EXPECT_EQ(Contents(), "[A]\nX=1\n[FrmVantrel Settings]\nSpeed=25\n");
+}
+
+TEST_F(IniProfileFileTest, WriteCreatesMissingFile) {
+  IniProfileFile file(path_);
+  file.WritePrivateProfileString(kSection, "Speed", "25");
+  file.WritePrivateProfileString(kSection, "Call", "W1AW");
+  EXPECT_EQ(Contents(), "[FrmVantrel Settings]\nSpeed=25\nCall=W1AW\n");
+  struct stat info {};
+  ASSERT_EQ(::stat(path_.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0644u);
+}
+
+TEST_F(IniProfileFileTest, WriteKeepsFileModeAndWritesThroughLink) {
+  const std::string real = dir_ + "/real.ini";
+  std::ofstream(real, std::ios::binary) << "[S]\nK=1\n";
+  ASSERT_EQ(::chmod(real.c_str(), 0600), 0);
+  ASSERT_EQ(::symlink("real.ini", path_.c_str()), 0);
+
+  IniProfileFile(path_).WritePrivateProfileString("S", "K", "2");
+  EXPECT_TRUE(std::filesystem::is_symlink(path_));
+  EXPECT_EQ(Get("S", "K"), "2");
+  struct stat info {};
+  ASSERT_EQ(::stat(real.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0600u);
+}
+
+TEST_F(IniProfileFileTest, LineBreakInValueCannotAddLines) {
+  Put("[S]\nK=1\n");
+  IniProfileFile(path_).WritePrivateProfileString("S", "K", "2\r\nInjected=3");
+  EXPECT_EQ(Contents(), "[S]\nK=2\n");
+}
+
+TEST_F(IniProfileFileTest, WriteIntoMissingDirectoryDoesNothing) {
+  IniProfileFile(dir_ + "/no/such/dir/vantrel.ini").WritePrivateProfileString("S", "K", "1");
+  EXPECT_TRUE(Names().empty());
+}
+
+TEST_F(IniProfileFileTest, WriteIntoReadOnlyDirectoryLeavesNoTraceAndNoDamage) {
+  Put("[S]\nK=1\n");
+  ASSERT_EQ(::chmod(dir_.c_str(), 0555), 0);
+  // Root ignores permissions, so the write runs in a child that drops to nobody.
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    if (::geteuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(2);
+    IniProfileFile(path_).WritePrivateProfileString("S", "K", "2");
+    ::_exit(0);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status));
+  ASSERT_EQ(WEXITSTATUS(status), 0);
+  ASSERT_EQ(::chmod(dir_.c_str(), 0700), 0);
+  EXPECT_EQ(Contents(), "[S]\nK=1\n");
+  EXPECT_EQ(Names(), std::vector<std::string>{"vantrel.ini"});
+}
+
+// A write killed at any moment leaves the old file or the new one, whole.
+TEST_F(IniProfileFileTest, KilledWriterNeverLeavesHalfAFile) {
+  constexpr int kKeys = 50;
+  constexpr int kChanging = 25;
+  auto fileWith = [](const std::string& changingValue) {
+    std::string text = "; keys\r\n[FrmVantrel Settings]\r\n";
+    for (int k = 0; k < kKeys; ++k) {
+      const std::string value = k == kChanging ? changingValue : "value" + std::to_string(k) + std::string(40, 'p');
+      text += "Key" + std::to_string(k) + "=" + value + "\r\n";
+    }
+    return text;
+  };
+  Put(fileWith("start"));
+
+  std::random_device device;
+  const unsigned seed = device();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  std::uniform_int_distribution<int> delayUs(0, 10'000);
+
+  for (int round = 0; round < 10; ++round) {
+    std::string prefix("r");  // built by += because GCC 12 misreads "r" + std::string
+    prefix += std::to_string(round);
+    prefix += '-';
+    int ready[2];
+    ASSERT_EQ(::pipe(ready), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      ::close(ready[0]);
+      IniProfileFile file(path_);
+      for (long i = 0;; ++i) {
+        file.WritePrivateProfileString(kSection, "Key" + std::to_string(kChanging),
+                                       prefix + std::to_string(i));
+        if (i == 0 && ::write(ready[1], "x", 1) != 1) ::_exit(1);
+      }
+    }
+    ::close(ready[1]);
+    char signal = 0;
+    ASSERT_EQ(::read(ready[0], &signal, 1), 1);
+    ::close(ready[0]);
+    ::usleep(static_cast<useconds_t>(delayUs(random)));
+    ASSERT_EQ(::kill(child, SIGKILL), 0);
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+
+    const std::string value = Get(kSection, "Key" + std::to_string(kChanging));
+    EXPECT_EQ(value.rfind(prefix, 0), 0u) << value;
+    EXPECT_EQ(Contents(), fileWith(value)) << "round " << round;
+  }
+}
+
+}  // namespace
+}  // namespace vantrel::platform::linuxos
