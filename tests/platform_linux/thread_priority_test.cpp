@@ -1,5 +1,5 @@
-// The raise and restore run on the real thread: each case on a thread of its
-// own, so that what it does to priority and capabilities ends with it.
+// The raise and restore run on the real thread: each on a thread of its own, so
+// that what it does to priority and capabilities ends with it.
 #include <gtest/gtest.h>
 #include <linux/capability.h>
 #include <sched.h>
@@ -7,7 +7,9 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <thread>
 
 #include "platform/linux/linux_scheduler.h"
@@ -16,9 +18,7 @@ namespace vantrel::platform::linuxos {
 namespace {
 
 struct Priority {
-  int policy = 0;
-  int rtPriority = 0;
-  int nice = 0;
+  int policy, rtPriority, nice;
   bool operator==(const Priority&) const = default;
 };
 
@@ -27,26 +27,12 @@ std::ostream& operator<<(std::ostream& out, const Priority& p) {
 }
 
 Priority Current() {
-  Priority p;
-  p.policy = sched_getscheduler(0);
   sched_param param{};
   sched_getparam(0, &param);
-  p.rtPriority = param.sched_priority;
   errno = 0;
-  p.nice = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
+  const int nice = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
   EXPECT_EQ(errno, 0);
-  return p;
-}
-
-template <typename Body>
-void OnOwnThread(Body body) {
-  std::thread thread(body);
-  thread.join();
-}
-
-// Lowering the nice value's priority is always allowed; the raise must come back to it.
-void NiceTo(int nice) {
-  ASSERT_EQ(setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), nice), 0);
+  return {sched_getscheduler(0), param.sched_priority, nice};
 }
 
 // Capabilities are per thread: this one loses CAP_SYS_NICE, the process keeps it.
@@ -58,155 +44,111 @@ bool DropSysNice() {
   return syscall(SYS_capset, &header, data) == 0;
 }
 
-// A soft limit for the length of a case; raising past the hard limit needs
-// CAP_SYS_RESOURCE, so a case checks ok() and skips without it.
-class Limit {
- public:
-  Limit(int resource, rlim_t value) : resource_(resource) {
-    if (getrlimit(resource_, &saved_) != 0) return;
-    rlimit wanted = saved_;
-    wanted.rlim_cur = value;
-    if (wanted.rlim_max != RLIM_INFINITY && wanted.rlim_max < value) wanted.rlim_max = value;
-    ok_ = setrlimit(resource_, &wanted) == 0;
-  }
-  ~Limit() {
-    if (ok_) setrlimit(resource_, &saved_);
-  }
-  bool ok() const { return ok_; }
-
- private:
-  int resource_;
-  rlimit saved_{};
-  bool ok_ = false;
+struct Trip {
+  Priority before, raised;
+  PriorityRaise raise;
 };
 
-// Whatever this user may do, the raise never lowers and the restore comes back
-// to the very state before, a non-zero nice included.
-TEST(ThreadPriorityTest, RaiseThenRestoreLeavesPolicyAndNiceAsTheyWere) {
-  OnOwnThread([] {
-    NiceTo(3);
-    LinuxScheduler scheduler(WaitMode::Sleep);
-    const Priority before = Current();
-    scheduler.SetPriorityClass(kRealtimePriorityClass);
-    scheduler.SetThreadPriority(kThreadPriorityTimeCritical);
-    const Priority raised = Current();
-    switch (scheduler.raise()) {
-      case PriorityRaise::Realtime:
-        EXPECT_EQ(raised.policy, SCHED_FIFO);
-        EXPECT_GT(raised.rtPriority, 0);
-        break;
-      case PriorityRaise::Nice:
-        EXPECT_EQ(raised.policy, before.policy);
-        EXPECT_LT(raised.nice, before.nice);
-        break;
-      case PriorityRaise::None:
-        EXPECT_EQ(raised, before);
-        break;
-    }
-    scheduler.SetPriorityClass(kNormalPriorityClass);
-    scheduler.SetThreadPriority(kThreadPriorityNormal);
-    EXPECT_EQ(Current(), before);
-    EXPECT_EQ(scheduler.raise(), PriorityRaise::None);
-  });
-}
-
-TEST(ThreadPriorityTest, RaisingTwiceThenRestoringOnceRestores) {
-  OnOwnThread([] {
-    NiceTo(2);
-    LinuxScheduler scheduler(WaitMode::Spin);
-    const Priority before = Current();
-    scheduler.SetThreadPriority(kThreadPriorityTimeCritical);
-    scheduler.SetThreadPriority(kThreadPriorityTimeCritical);
-    scheduler.SetThreadPriority(kThreadPriorityNormal);
-    EXPECT_EQ(Current(), before);
-  });
-}
-
-TEST(ThreadPriorityTest, RestoringWithoutARaiseAndOtherRequestsChangeNothing) {
-  OnOwnThread([] {
-    NiceTo(5);
-    LinuxScheduler scheduler(WaitMode::Spin);
-    const Priority before = Current();
-    scheduler.SetThreadPriority(kThreadPriorityNormal);
-    scheduler.SetThreadPriority(2);
-    scheduler.SetThreadPriority(-15);
-    scheduler.SetPriorityClass(kRealtimePriorityClass);
-    EXPECT_EQ(Current(), before);
-    EXPECT_EQ(scheduler.raise(), PriorityRaise::None);
-  });
-}
-
-TEST(ThreadPriorityTest, DestroyingARaisedSchedulerRestores) {
-  OnOwnThread([] {
-    NiceTo(1);
+// Whatever the user may do, every way back comes to the very state before the
+// raise. `start` puts the thread in that state first, and says whether it could.
+template <typename Start>
+std::optional<Trip> RaiseAndRestore(Start start) {
+  std::optional<Trip> trip;
+  std::thread([&] {
+    if (!start()) return;
     const Priority before = Current();
     {
       LinuxScheduler scheduler(WaitMode::Sleep);
+      // Neither a restore without a raise nor any other request changes anything.
+      scheduler.SetThreadPriority(kThreadPriorityNormal);
+      scheduler.SetThreadPriority(2);
+      scheduler.SetThreadPriority(-15);
+      scheduler.SetPriorityClass(kRealtimePriorityClass);
+      EXPECT_EQ(Current(), before);
+      // A second raise must not save the raised state as the one to restore.
+      scheduler.SetThreadPriority(kThreadPriorityTimeCritical);
+      scheduler.SetThreadPriority(kThreadPriorityTimeCritical);
+      trip = Trip{before, Current(), scheduler.raise()};
+      scheduler.SetPriorityClass(kNormalPriorityClass);
+      scheduler.SetThreadPriority(kThreadPriorityNormal);
+      EXPECT_EQ(Current(), before);
+      EXPECT_EQ(scheduler.raise(), PriorityRaise::None);
       scheduler.SetThreadPriority(kThreadPriorityTimeCritical);
     }
-    EXPECT_EQ(Current(), before);
-  });
+    EXPECT_EQ(Current(), before) << "destroying a raised scheduler restores";
+  }).join();
+  return trip;
+}
+
+// Soft limits for one trip on a thread without CAP_SYS_NICE, so that they alone
+// decide; nothing when they cannot be set (past the hard limit, without
+// CAP_SYS_RESOURCE).
+std::optional<Trip> RaiseAndRestoreUnder(rlim_t rtprio, rlim_t nice) {
+  const int resources[2]{RLIMIT_RTPRIO, RLIMIT_NICE};
+  const rlim_t values[2]{rtprio, nice};
+  rlimit saved[2]{};
+  bool set = true;
+  for (int i = 0; i < 2; ++i) {
+    getrlimit(resources[i], &saved[i]);
+    const rlimit wanted{values[i], std::max(saved[i].rlim_max, values[i])};
+    set = set && setrlimit(resources[i], &wanted) == 0;
+  }
+  std::optional<Trip> trip;
+  if (set) {
+    trip = RaiseAndRestore([] {
+      EXPECT_TRUE(DropSysNice());
+      return true;
+    });
+  }
+  for (int i = 0; i < 2; ++i) setrlimit(resources[i], &saved[i]);
+  return trip;
+}
+
+// From a non-zero nice, which the restore must come back to; the raise never lowers.
+TEST(ThreadPriorityTest, RaiseThenRestoreLeavesPolicyAndNiceAsTheyWere) {
+  const auto trip = RaiseAndRestore(
+      [] { return setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), 3) == 0; });
+  ASSERT_TRUE(trip);
+  if (trip->raise == PriorityRaise::Realtime) {
+    EXPECT_EQ(trip->raised.policy, SCHED_FIFO);
+    EXPECT_GT(trip->raised.rtPriority, 0);
+  } else if (trip->raise == PriorityRaise::Nice) {
+    EXPECT_EQ(trip->raised.policy, trip->before.policy);
+    EXPECT_LT(trip->raised.nice, trip->before.nice);
+  } else {
+    EXPECT_EQ(trip->raised, trip->before);
+  }
 }
 
 TEST(ThreadPriorityTest, AThreadAlreadyRealtimeIsLeftAsItIs) {
-  OnOwnThread([] {
-    sched_param param{};
-    param.sched_priority = 10;
-    if (sched_setscheduler(0, SCHED_RR, &param) != 0) GTEST_SKIP() << "may not make real time";
-    LinuxScheduler scheduler(WaitMode::Sleep);
-    const Priority before = Current();
-    scheduler.SetThreadPriority(kThreadPriorityTimeCritical);
-    EXPECT_EQ(Current(), before);
-    scheduler.SetThreadPriority(kThreadPriorityNormal);
-    EXPECT_EQ(Current(), before);
+  const auto trip = RaiseAndRestore([] {
+    sched_param rr{};
+    rr.sched_priority = 10;
+    return sched_setscheduler(0, SCHED_RR, &rr) == 0;
   });
+  if (!trip) GTEST_SKIP() << "may not make real time";
+  EXPECT_EQ(trip->raised, trip->before);
 }
 
 TEST(ThreadPriorityTest, TakesNoMoreRealtimePriorityThanTheLimitGrants) {
-  Limit rtprio(RLIMIT_RTPRIO, 7);
-  if (!rtprio.ok()) GTEST_SKIP() << "may not set RLIMIT_RTPRIO";
-  OnOwnThread([] {
-    ASSERT_TRUE(DropSysNice());
-    LinuxScheduler scheduler(WaitMode::Sleep);
-    const Priority before = Current();
-    scheduler.SetThreadPriority(kThreadPriorityTimeCritical);
-    EXPECT_EQ(scheduler.raise(), PriorityRaise::Realtime);
-    EXPECT_EQ(Current(), (Priority{SCHED_FIFO, 7, before.nice}));
-    scheduler.SetThreadPriority(kThreadPriorityNormal);
-    EXPECT_EQ(Current(), before);
-  });
+  const auto trip = RaiseAndRestoreUnder(7, 0);
+  if (!trip) GTEST_SKIP() << "may not set RLIMIT_RTPRIO";
+  EXPECT_EQ(trip->raise, PriorityRaise::Realtime);
+  EXPECT_EQ(trip->raised, (Priority{SCHED_FIFO, 7, trip->before.nice}));
 }
 
 TEST(ThreadPriorityTest, FallsBackToTheLowestNiceTheLimitGrants) {
-  Limit rtprio(RLIMIT_RTPRIO, 0);
-  Limit nice(RLIMIT_NICE, 25);  // down to nice -5
-  if (!rtprio.ok() || !nice.ok()) GTEST_SKIP() << "may not set RLIMIT_NICE";
-  OnOwnThread([] {
-    ASSERT_TRUE(DropSysNice());
-    LinuxScheduler scheduler(WaitMode::Sleep);
-    const Priority before = Current();
-    scheduler.SetThreadPriority(kThreadPriorityTimeCritical);
-    EXPECT_EQ(scheduler.raise(), PriorityRaise::Nice);
-    EXPECT_EQ(Current(), (Priority{before.policy, before.rtPriority, -5}));
-    scheduler.SetThreadPriority(kThreadPriorityNormal);
-    EXPECT_EQ(Current(), before);
-  });
+  const auto trip = RaiseAndRestoreUnder(0, 25);  // down to nice -5
+  if (!trip) GTEST_SKIP() << "may not set RLIMIT_NICE";
+  EXPECT_EQ(trip->raise, PriorityRaise::Nice);
+  EXPECT_EQ(trip->raised, (Priority{trip->before.policy, trip->before.rtPriority, -5}));
 }
 
 TEST(ThreadPriorityTest, ChangesNothingWhenTheUserMayNotRaise) {
-  Limit rtprio(RLIMIT_RTPRIO, 0);
-  Limit nice(RLIMIT_NICE, 0);
-  ASSERT_TRUE(rtprio.ok() && nice.ok());
-  OnOwnThread([] {
-    ASSERT_TRUE(DropSysNice());
-    LinuxScheduler scheduler(WaitMode::Sleep);
-    const Priority before = Current();
-    scheduler.SetThreadPriority(kThreadPriorityTimeCritical);
-    EXPECT_EQ(scheduler.raise(), PriorityRaise::None);
-    EXPECT_EQ(Current(), before);
-    scheduler.SetThreadPriority(kThreadPriorityNormal);
-    EXPECT_EQ(Current(), before);
-  });
+  const auto trip = RaiseAndRestoreUnder(0, 0);
+  ASSERT_TRUE(trip);
+  EXPECT_EQ(trip->raise, PriorityRaise::None);
+  EXPECT_EQ(trip->raised, trip->before);
 }
 
 }  // namespace

@@ -7,67 +7,40 @@ namespace {
 
 constexpr int64_t kUs = 1000;
 constexpr int kWindow = WakeMargin::kBuckets * WakeMargin::kPerBucket;
+constexpr WakeMargin::Limits kLimits{.floorNs = 100 * kUs,
+                                     .ceilingNs = 4000 * kUs,
+                                     .headroomNs = 100 * kUs,
+                                     .initialNs = 1000 * kUs};
 
-WakeMargin::Limits TestLimits() {
-  WakeMargin::Limits limits;
-  limits.floorNs = 100 * kUs;
-  limits.ceilingNs = 4000 * kUs;
-  limits.headroomNs = 100 * kUs;
-  limits.initialNs = 1000 * kUs;
-  return limits;
-}
-
-void ObserveOnTime(WakeMargin& margin, int times, int64_t lateness = 0) {
+void Observe(WakeMargin& margin, int times, int64_t lateness) {
   for (int i = 0; i < times; ++i) margin.Observe(lateness);
 }
 
-TEST(WakeMarginTest, StartsAtTheInitialMarginHeldWithinTheLimits) {
-  EXPECT_EQ(WakeMargin(TestLimits()).Ns(), 1000 * kUs);
-  WakeMargin::Limits high = TestLimits();
-  high.initialNs = 50'000 * kUs;
-  EXPECT_EQ(WakeMargin(high).Ns(), high.ceilingNs);
-  WakeMargin::Limits low = TestLimits();
-  low.initialNs = 0;
-  EXPECT_EQ(WakeMargin(low).Ns(), low.floorNs);
-}
-
-TEST(WakeMarginTest, KeepsTheInitialMarginUntilAWholeWindowHasBeenSeen) {
-  WakeMargin margin(TestLimits());
-  ObserveOnTime(margin, kWindow, 150 * kUs);
-  EXPECT_EQ(margin.Ns(), 1000 * kUs);
-  margin.Observe(150 * kUs);
-  EXPECT_EQ(margin.Ns(), 250 * kUs);
+// The floor sits above the headroom here, so that it is what holds the margin up.
+TEST(WakeMarginTest, IsHeldBetweenTheFloorAndTheCeiling) {
+  WakeMargin::Limits limits = kLimits;
+  limits.floorNs = 300 * kUs;
+  limits.initialNs = 50'000 * kUs;
+  EXPECT_EQ(WakeMargin(limits).Ns(), 4000 * kUs);
+  limits.initialNs = 0;
+  WakeMargin margin(limits);
+  EXPECT_EQ(margin.Ns(), 300 * kUs);
+  margin.Observe(30'000 * kUs);
+  EXPECT_EQ(margin.Ns(), 4000 * kUs);
+  Observe(margin, kWindow, -5000 * kUs);  // early counts as prompt
+  EXPECT_EQ(margin.Ns(), 300 * kUs);
 }
 
 TEST(WakeMarginTest, ALateWakeUpIsCoveredAtOnceAndForTheWholeWindow) {
-  WakeMargin margin(TestLimits());
+  WakeMargin margin(kLimits);
   margin.Observe(2500 * kUs);
   EXPECT_EQ(margin.Ns(), 2600 * kUs);
   // Prompt wake-ups after it do not narrow it while it is remembered...
-  ObserveOnTime(margin, kWindow - WakeMargin::kPerBucket - 1, 50 * kUs);
+  Observe(margin, kWindow - WakeMargin::kPerBucket - 1, 50 * kUs);
   EXPECT_EQ(margin.Ns(), 2600 * kUs);
   // ...and once it has been forgotten, the margin is what they need.
-  ObserveOnTime(margin, WakeMargin::kPerBucket + 1, 50 * kUs);
+  Observe(margin, WakeMargin::kPerBucket + 1, 50 * kUs);
   EXPECT_EQ(margin.Ns(), 150 * kUs);
-}
-
-TEST(WakeMarginTest, CoversTheWorstOfTheRecentWakeUps) {
-  WakeMargin margin(TestLimits());
-  ObserveOnTime(margin, kWindow);
-  for (int i = 0; i < 40; ++i) margin.Observe(i % 10 == 0 ? 700 * kUs : 120 * kUs);
-  EXPECT_EQ(margin.Ns(), 800 * kUs);
-}
-
-TEST(WakeMarginTest, AnOutlierRaisesItOnlyToTheCeiling) {
-  WakeMargin margin(TestLimits());
-  margin.Observe(30'000 * kUs);
-  EXPECT_EQ(margin.Ns(), 4000 * kUs);
-}
-
-TEST(WakeMarginTest, PromptOrEarlyWakeUpsBringItToTheFloorAndNoLower) {
-  WakeMargin margin(TestLimits());
-  ObserveOnTime(margin, kWindow + 1, -5000 * kUs);
-  EXPECT_EQ(margin.Ns(), 100 * kUs);
 }
 
 }  // namespace

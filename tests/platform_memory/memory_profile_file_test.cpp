@@ -16,14 +16,7 @@ class MemoryProfileFileTest : public ::testing::Test {
   MemoryProfileFile file;
 };
 
-TEST_F(MemoryProfileFileTest, NamesMatchWithoutRegardToCase) {
-  file.WritePrivateProfileString("frmVantrel Settings", "SideTone", "ON");
-  EXPECT_EQ(Read("FRMVANTREL SETTINGS", "sidetone"), "ON");
-  EXPECT_EQ(Read("WinKey Settings", "SideTone"), "none");  // sections stay apart
-  EXPECT_EQ(Read("frmVantrel Settings", "SideTon"), "none");
-}
-
-TEST_F(MemoryProfileFileTest, WritesReplaceInPlaceOrAppend) {
+TEST_F(MemoryProfileFileTest, NamesMatchWithoutRegardToCaseWhenReadOrReplaced) {
   file.WritePrivateProfileString("Main", "Keying", "VOX");
   file.WritePrivateProfileString("Main", "WPM", "20");
   file.WritePrivateProfileString("MAIN", "KEYING", "MOX");
@@ -31,22 +24,19 @@ TEST_F(MemoryProfileFileTest, WritesReplaceInPlaceOrAppend) {
   EXPECT_EQ(Read("main", "keying"), "MOX");
   EXPECT_EQ(Read("Main", "WPM"), "20");
   EXPECT_EQ(Read("Other", "Keying"), "VOX");
+  EXPECT_EQ(Read("Other", "WPM"), "none");  // sections stay apart
+  EXPECT_EQ(Read("Main", "Keyin"), "none");
 }
 
-TEST_F(MemoryProfileFileTest, SurroundingBlanksAreRemoved) {
-  file.WritePrivateProfileString("Main", "Text", " \t CQ  TEST \t ");
+TEST_F(MemoryProfileFileTest, ValuesLoseSurroundingBlanksThenAreCutToOneLessThanTheSize) {
+  file.WritePrivateProfileString("Main", "Text", " \t AB  CD \t ");
   file.WritePrivateProfileString("Main", "Blank", "   ");
-  EXPECT_EQ(Read("Main", "Text"), "CQ  TEST");
+  EXPECT_EQ(Read("Main", "Text"), "AB  CD");
   EXPECT_EQ(Read("Main", "Blank"), "");
-  EXPECT_EQ(Read("Main", "Missing", 2000, "  20 "), "20");
-}
-
-TEST_F(MemoryProfileFileTest, ValuesAreCutToOneLessThanTheSize) {
-  file.WritePrivateProfileString("Main", "Text", "   ABCDEF");
-  EXPECT_EQ(Read("Main", "Text", 4), "ABC");  // cut after the blanks are gone
-  EXPECT_EQ(Read("Main", "Text", 7), "ABCDEF");
+  EXPECT_EQ(Read("Main", "Text", 4), "AB ");
+  EXPECT_EQ(Read("Main", "Text", 7), "AB  CD");
   EXPECT_EQ(Read("Main", "Text", 1), "");
-  EXPECT_EQ(Read("Main", "Missing", 3, "12345"), "12");
+  EXPECT_EQ(Read("Main", "Missing", 3, "  12345 "), "12");  // the fallback too
 }
 
 }  // namespace

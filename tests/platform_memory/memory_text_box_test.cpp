@@ -15,14 +15,16 @@ constexpr Colour kBlack = 0;
 
 class MemoryTextBoxTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    box.OnChange([this] { ++changes; });
-  }
+  MemoryTextBoxTest() { box.OnChange([this] { ++changes; }); }
 
-  std::vector<Colour> Colours() const {
-    std::vector<Colour> colours;
-    for (int i = 0; i < static_cast<int>(box.Text().size()); ++i) colours.push_back(box.ColourAt(i));
-    return colours;
+  // One letter a character: b(lue), r(ed), (blac)k.
+  std::string Colours() const {
+    std::string letters;
+    for (int i = 0; i < static_cast<int>(box.Text().size()); ++i) {
+      const Colour c = box.ColourAt(i);
+      letters += c == kBlue ? 'b' : c == kRed ? 'r' : c == kBlack ? 'k' : '?';
+    }
+    return letters;
   }
 
   // Colours the characters [start, start + length) as the keyer does: select, then colour.
@@ -37,20 +39,15 @@ class MemoryTextBoxTest : public ::testing::Test {
   int changes = 0;
 };
 
-TEST_F(MemoryTextBoxTest, SetTextTakesTheInsertionColourAndTracesOnlyRealChanges) {
-  box.SetText("CQ");
-  box.SetText("CQ");
-  EXPECT_EQ(Colours(), (std::vector<Colour>{kBlue, kBlue}));
-  EXPECT_EQ(trace.Events(), (std::vector<std::string>{"text \"CQ\""}));
+TEST_F(MemoryTextBoxTest, ChangeIsTracedQuotedAndFiredOnlyWhenTheTextChanges) {
+  box.SetText("say \"hi\"\r");
+  box.SetText("say \"hi\"\r");
+  Paint(0, 1, kRed);
+  box.SetSelText("s");  // the same text, recoloured
+  box.SetSelText("");
+  EXPECT_EQ(Colours(), "bbbbbbbbb");
+  EXPECT_EQ(trace.Events(), (std::vector<std::string>{R"(text "say \"hi\"\x0D")"}));
   EXPECT_EQ(changes, 1);
-}
-
-TEST_F(MemoryTextBoxTest, ColouringASelectionLeavesTheInsertionColourAlone) {
-  box.SetText("ABC");
-  Paint(1, 99, kRed);  // the length is cut at the end of the text
-  EXPECT_EQ(box.SelLength(), 2);
-  EXPECT_EQ(Colours(), (std::vector<Colour>{kBlue, kRed, kRed}));
-  EXPECT_EQ(box.InsertColour(), kBlue);
 }
 
 TEST_F(MemoryTextBoxTest, MovingTheCaretEmptiesTheSelectionAndTakesUpTheColourBeforeIt) {
@@ -59,12 +56,13 @@ TEST_F(MemoryTextBoxTest, MovingTheCaretEmptiesTheSelectionAndTakesUpTheColourBe
   box.SetSelStart(2);
   EXPECT_EQ(box.SelLength(), 0);
   EXPECT_EQ(box.InsertColour(), kRed);
+  box.SetSelColor(kBlack);
   box.SetSelStart(3);
-  EXPECT_EQ(box.InsertColour(), kBlue);
+  EXPECT_EQ(box.InsertColour(), kBlue);  // not the black set before the move
   box.SetSelStart(2);
   box.SetSelText("x");  // typed after the red B comes out red
   EXPECT_EQ(box.Text(), "ABxC");
-  EXPECT_EQ(Colours(), (std::vector<Colour>{kBlue, kRed, kRed, kBlue}));
+  EXPECT_EQ(Colours(), "brrb");
 }
 
 TEST_F(MemoryTextBoxTest, CaretIsHeldInsideTheText) {
@@ -79,58 +77,24 @@ TEST_F(MemoryTextBoxTest, CaretIsHeldInsideTheText) {
   EXPECT_EQ(box.Text(), "ABC");
 }
 
-TEST_F(MemoryTextBoxTest, ColourSetWithAnEmptySelectionIsWhatIsInsertedNext) {
-  box.SetText("AB");
-  box.SetSelStart(2);
-  box.SetSelColor(kRed);
-  box.SetSelText("C");
-  EXPECT_EQ(Colours(), (std::vector<Colour>{kBlue, kBlue, kRed}));
-  EXPECT_EQ(box.SelStart(), 3);
-}
-
-TEST_F(MemoryTextBoxTest, SetSelTextReplacesTheSelectionAndItsColours) {
+TEST_F(MemoryTextBoxTest, EditsKeepEachCharacterItsOwnColour) {
   box.SetText("CQ DE");
   Paint(0, 2, kBlack);
-  box.SetSelStart(5);
-  box.SetSelColor(kRed);
-  box.SetSelStart(3);
-  box.SetSelLength(2);
+  Paint(3, 99, kRed);
+  EXPECT_EQ(box.SelLength(), 2);  // cut at the end of the text
+  EXPECT_EQ(Colours(), "kkbrr");
+  EXPECT_EQ(box.InsertColour(), kBlue);  // colouring a selection leaves it alone
   box.SetSelText("TEST");
   EXPECT_EQ(box.Text(), "CQ TEST");
-  EXPECT_EQ(box.SelStart(), 7);
-  EXPECT_EQ(box.SelLength(), 0);
-  // Moving to 3 took up the blue of the blank before it, not the red set at 5.
-  EXPECT_EQ(Colours(), (std::vector<Colour>{kBlack, kBlack, kBlue, kBlue, kBlue, kBlue, kBlue}));
-  EXPECT_EQ(trace.Events().back(), "text \"CQ TEST\"");
-  EXPECT_EQ(changes, 2);
-}
-
-TEST_F(MemoryTextBoxTest, DeletingACharacterTakesItsColourWithIt) {
-  box.SetText("ABC");
-  Paint(1, 1, kRed);
-  Paint(2, 1, kBlack);
+  box.SetSelColor(kRed);  // with nothing selected: the colour typed next
+  box.SetSelText("!");
+  EXPECT_EQ(Colours(), "kkbbbbbr");
   box.SetSelStart(1);
   box.SetSelLength(1);
-  box.SetSelText("");
-  EXPECT_EQ(box.Text(), "AC");
-  EXPECT_EQ(Colours(), (std::vector<Colour>{kBlue, kBlack}));
-}
-
-TEST_F(MemoryTextBoxTest, ReplacingTextWithItselfFiresNothingButRecolours) {
-  box.SetText("AB");
-  Paint(0, 1, kRed);
-  box.SetSelText("A");
-  box.SetSelStart(2);
-  box.SetSelText("");
-  EXPECT_EQ(box.Text(), "AB");
-  EXPECT_EQ(box.ColourAt(0), kBlue);
-  EXPECT_EQ(changes, 1);
-  EXPECT_EQ(trace.Lines().size(), 1u);
-}
-
-TEST_F(MemoryTextBoxTest, TraceQuotesTheText) {
-  box.SetText("say \"hi\"\r");
-  EXPECT_EQ(trace.Events(), (std::vector<std::string>{R"(text "say \"hi\"\x0D")"}));
+  box.SetSelText("");  // a deleted character takes its colour with it
+  EXPECT_EQ(box.Text(), "C TEST!");
+  EXPECT_EQ(Colours(), "kbbbbbr");
+  EXPECT_EQ(changes, 4);
 }
 
 }  // namespace
