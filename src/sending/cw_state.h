@@ -41,7 +41,6 @@ struct CwState {
   int16_t ResumePosition = 0;
   int16_t LastStepPosition = 0;
   int16_t SendPosition = 0;
-  int32_t WinKeyPosition = 0;
   int16_t WinKeyLastChar = 0;
   // True while a send loop stands on the stack, also while it drains after an Abort.
   bool InSendLoop = false;

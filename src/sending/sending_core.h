@@ -44,7 +44,6 @@ class SendingCore {
   SendingCore(CwState& cw, platform::MainWindowControls& controls, platform::Scheduler& scheduler,
               platform::EventPump& pump, SendingNeighbours neighbours);
 
-  CwState& cw() { return cw_; }
   // Told every send position that MarkSendPosition shows, for a front end that follows progress.
   void OnMark(std::function<void(int16_t position)> observer) { onMark_ = std::move(observer); }
 

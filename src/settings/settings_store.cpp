@@ -33,9 +33,10 @@ std::string TrimAtNul(std::string_view text) {
   return std::string(text.substr(0, nul));
 }
 
-bool IsKeyerSetting(std::string_view key) {
-  return std::any_of(kKeyerKeys.begin(), kKeyerKeys.end(),
-                     [key](std::string_view name) { return vb::SameText(name, key); });
+const char* SectionOf(std::string_view key) {
+  const bool keyer = std::any_of(kKeyerKeys.begin(), kKeyerKeys.end(),
+                                 [key](std::string_view name) { return vb::SameText(name, key); });
+  return keyer ? kKeyerSection : kMainSection;
 }
 
 std::string SettingsStore::ReadSetting(const std::string& key, const std::string& fallback) {

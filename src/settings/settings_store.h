@@ -18,8 +18,8 @@ inline constexpr const char* kKeyerSection = "WinKey Settings";
 // stands first or there is none, as a fixed-width buffer reads.
 std::string TrimAtNul(std::string_view text);
 
-// Whether a key lives in the keyer section rather than the main one.
-bool IsKeyerSetting(std::string_view key);
+// The section a writer puts a key in: the keyer's for its keys, else the main one.
+const char* SectionOf(std::string_view key);
 
 class SettingsStore : public sending::SettingWriter {
  public:

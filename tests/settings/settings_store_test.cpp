@@ -32,16 +32,16 @@ INSTANTIATE_TEST_SUITE_P(
                       TrimCase{"\0ON"sv, ""}, TrimCase{"   \0ON"sv, ""}, TrimCase{"ON"sv, ""},
                       TrimCase{"    "sv, ""}, TrimCase{""sv, ""}));
 
-TEST(IsKeyerSetting, KnowsTheKeyerKeysInAnyCase) {
-  EXPECT_TRUE(IsKeyerSetting("WinKey Analog Speed"));
-  EXPECT_TRUE(IsKeyerSetting("winkey hold radio polling"));
-  EXPECT_TRUE(IsKeyerSetting("WINKEY PORT"));
-  EXPECT_TRUE(IsKeyerSetting("Paddle Only SideTone"));
-  EXPECT_FALSE(IsKeyerSetting("SideTone"));
-  EXPECT_FALSE(IsKeyerSetting("WPM"));
-  EXPECT_FALSE(IsKeyerSetting("WinKey"));
-  EXPECT_FALSE(IsKeyerSetting("WinKey Port "));
-  EXPECT_FALSE(IsKeyerSetting(""));
+TEST(SectionOf, PutsTheKeyerKeysInTheirSectionInAnyCase) {
+  EXPECT_STREQ(SectionOf("WinKey Analog Speed"), kKeyerSection);
+  EXPECT_STREQ(SectionOf("winkey hold radio polling"), kKeyerSection);
+  EXPECT_STREQ(SectionOf("WINKEY PORT"), kKeyerSection);
+  EXPECT_STREQ(SectionOf("Paddle Only SideTone"), kKeyerSection);
+  EXPECT_STREQ(SectionOf("SideTone"), kMainSection);
+  EXPECT_STREQ(SectionOf("WPM"), kMainSection);
+  EXPECT_STREQ(SectionOf("WinKey"), kMainSection);
+  EXPECT_STREQ(SectionOf("WinKey Port "), kMainSection);
+  EXPECT_STREQ(SectionOf(""), kMainSection);
 }
 
 class SettingsStoreTest : public ::testing::Test {

@@ -23,9 +23,7 @@ class KeyerFixture : public ::testing::Test {
   // Writes the settings, then starts the keyer as the program does.
   void Start(const Settings& settings = {}, int16_t languageId = 1033) {
     for (const auto& [key, value] : settings) {
-      keyer.store.WriteSetting(
-          settings::IsKeyerSetting(key) ? settings::kKeyerSection : settings::kMainSection, key,
-          value);
+      keyer.store.WriteSetting(settings::SectionOf(key), key, value);
     }
     keyer.form.Form_Load(languageId);
     p.trace.Clear();

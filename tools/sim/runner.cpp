@@ -40,9 +40,7 @@ void Run(const RunOptions& options, const std::vector<ScriptEvent>& events,
   });
 
   for (const auto& [key, value] : options.settings) {
-    keyer.store.WriteSetting(
-        settings::IsKeyerSetting(key) ? settings::kKeyerSection : settings::kMainSection, key,
-        value);
+    keyer.store.WriteSetting(settings::SectionOf(key), key, value);
   }
   keyer.core.OnMark([&p](int16_t position) { p.trace.Emit("mark " + std::to_string(position)); });
   keyer.form.Form_Load(options.languageId);
