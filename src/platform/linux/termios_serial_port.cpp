@@ -1,0 +1,143 @@
+#include "platform/linux/termios_serial_port.h"
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include "platform/linux/comm_port_path.h"
+#include "platform/linux/line_safety.h"
+
+namespace vantrel::platform::linuxos {
+namespace {
+
+std::string SystemText(int error) { return std::generic_category().message(error); }
+
+int LineIoctl(int fd, unsigned long request, int bits) {
+  int result;
+  do {
+    result = ::ioctl(fd, request, &bits);
+  } while (result != 0 && errno == EINTR);
+  return result;
+}
+
+void Configure(termios& settings) {
+  ::cfmakeraw(&settings);
+  settings.c_cflag &= ~(CSIZE | PARENB | CRTSCTS);
+  // CLOCAL: nothing ever waits for a carrier that a keying cable does not have.
+  settings.c_cflag |= CS8 | CSTOPB | CREAD | CLOCAL | HUPCL;
+  settings.c_iflag &= ~(IXON | IXOFF | IXANY);
+  settings.c_cc[VMIN] = 0;
+  settings.c_cc[VTIME] = 0;
+  ::cfsetispeed(&settings, B1200);
+  ::cfsetospeed(&settings, B1200);
+}
+
+}  // namespace
+
+TermiosSerialPort::TermiosSerialPort(const std::string& configDir)
+    : resolve_([configDir](int16_t number) { return CommDevicePath(number, configDir); }) {}
+
+TermiosSerialPort::TermiosSerialPort(PathResolver resolve) : resolve_(std::move(resolve)) {}
+
+TermiosSerialPort::~TermiosSerialPort() { Close(); }
+
+void TermiosSerialPort::SetCommPort(int16_t number) {
+  if (PortOpen()) {
+    Fail("Port already open");
+    return;
+  }
+  number_ = number;
+}
+
+void TermiosSerialPort::SetPortOpen(bool open) {
+  if (open == PortOpen()) return;
+  if (open) {
+    Open();
+  } else {
+    Close();
+  }
+}
+
+void TermiosSerialPort::SetDTREnable(bool enable) {
+  dtr_ = enable;
+  if (PortOpen()) ChangeLines(enable ? TIOCMBIS : TIOCMBIC, TIOCM_DTR);
+}
+
+void TermiosSerialPort::SetRTSEnable(bool enable) {
+  rts_ = enable;
+  if (PortOpen()) ChangeLines(enable ? TIOCMBIS : TIOCMBIC, TIOCM_RTS);
+}
+
+void TermiosSerialPort::Open() {
+  const std::string path = resolve_ ? resolve_(number_) : std::string();
+  if (path.empty()) {
+    Fail("Invalid port number");
+    return;
+  }
+  // O_NONBLOCK: the open must not wait for a carrier. It stays set, since
+  // nothing is ever read or written.
+  const int fd = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+  if (fd < 0) {
+    Fail(SystemText(errno));
+    return;
+  }
+  // The kernel has just raised DTR and RTS: the radio is keyed until they
+  // drop, so that comes before anything else.
+  const int off = (dtr_ ? 0 : TIOCM_DTR) | (rts_ ? 0 : TIOCM_RTS);
+  bool hasLines = true;
+  if (off != 0 && LineIoctl(fd, TIOCMBIC, off) != 0) {
+    // A tty without modem lines (a pty) has nothing keyed; it opens, and a
+    // line that is asked for later fails then.
+    if (errno != ENOTTY) {
+      Fail(SystemText(errno));
+      ::close(fd);
+      return;
+    }
+    hasLines = false;
+  }
+  fd_ = fd;
+  RegisterLine(fd_, LineKind::Serial);
+
+  termios settings{};
+  if (::tcgetattr(fd_, &settings) != 0) {
+    Fail(SystemText(errno));
+    Close();
+    return;
+  }
+  Configure(settings);
+  if (::tcsetattr(fd_, TCSANOW, &settings) != 0) {
+    Fail(SystemText(errno));
+    Close();
+    return;
+  }
+  // Leaving B0 raises both lines once more.
+  if (hasLines && off != 0) ChangeLines(TIOCMBIC, off);
+  const int on = (dtr_ ? TIOCM_DTR : 0) | (rts_ ? TIOCM_RTS : 0);
+  if (PortOpen() && on != 0) ChangeLines(TIOCMBIS, on);
+}
+
+void TermiosSerialPort::Close() {
+  if (fd_ < 0) return;
+  const int fd = std::exchange(fd_, -1);
+  UnregisterLine(fd);
+  // HUPCL drops them as well, but only on the last close of the device.
+  LineIoctl(fd, TIOCMBIC, TIOCM_DTR | TIOCM_RTS);
+  ::close(fd);
+}
+
+void TermiosSerialPort::ChangeLines(unsigned long request, int bits) {
+  if (LineIoctl(fd_, request, bits) == 0) return;
+  // The device is gone or broken (EIO once a USB adapter is pulled): one
+  // report, and the closed port keeps quiet from here on.
+  Fail(SystemText(errno));
+  Close();
+}
+
+void TermiosSerialPort::Fail(const std::string& text) { error_ = text; }
+
+}  // namespace vantrel::platform::linuxos

@@ -1,0 +1,37 @@
+#include "platform/linux/comm_port_path.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace vantrel::platform::linuxos {
+namespace {
+
+TEST(CommDevicePath, NumbersOutsideOneToNinetyNineHaveNoDevice) {
+  for (const int16_t number : {0, -1, 100, INT16_MIN}) {
+    EXPECT_EQ(CommDevicePath(number, ""), "") << number;
+  }
+  EXPECT_EQ(CommDevicePath(1, ""), "/dev/ttyUSB0");
+  EXPECT_EQ(CommDevicePath(99, "/nonexistent"), "/dev/ttyUSB98");
+}
+
+TEST(CommDevicePath, LinkInConfigDirectoryWinsEvenWhenDangling) {
+  std::string dir = (std::filesystem::temp_directory_path() / "vantrel-com-XXXXXX").string();
+  ASSERT_NE(::mkdtemp(dir.data()), nullptr);
+  ASSERT_EQ(::symlink("/dev/null", (dir + "/com1").c_str()), 0);
+  ASSERT_EQ(::symlink("/dev/serial/by-id/unplugged", (dir + "/com12").c_str()), 0);
+
+  EXPECT_EQ(CommDevicePath(1, dir), dir + "/com1");
+  EXPECT_EQ(CommDevicePath(12, dir), dir + "/com12");
+  // com1 must not stand for com10, nor com12 for com1x.
+  EXPECT_EQ(CommDevicePath(10, dir), "/dev/ttyUSB9");
+  EXPECT_EQ(CommDevicePath(2, dir), "/dev/ttyUSB1");
+  std::filesystem::remove_all(dir);
+}
+
+}  // namespace
+}  // namespace vantrel::platform::linuxos
