@@ -1,26 +1,25 @@
 #include "settings/settings_store.h"
 
-#include <algorithm>
 #include <array>
+#include <cstdio>
 
+#include "settings/load_settings.h"
 #include "vb/vb.h"
 
 namespace vantrel::settings {
 namespace {
 
-constexpr std::array<std::string_view, 29> kKeyerKeys{
-    "WinKey Port",         "WinKey Key Mode",          "WinKey Tone",
-    "WinKey WordSpace",    "WinKey Paddle Operation",  "WinKey PTT Lead Delay",
-    "WinKey PTT Lag Delay", "WinKey Speed Max",        "WinKey Speed Min",
-    "WinKey Speed Farnsworth", "WinKey DitDah Ratio",  "WinKey DitDah Weight",
-    "WinKey First Extension", "WinKey Compensation",   "WinKey Paddle Switchpoint",
-    "WinKey PTT",          "WinKey Pin 3",             "WinKey AutoSpace",
-    "WinKey Contest WordSpace", "WinKey Switch Paddles", "WinKey Analog Speed",
-    "WinKey Speed",        "WinKey SideTone",          "WinKey Disable Paddle Memory",
-    "WinKey Paddle Insert Cancels Macro", "WinKey Radio 1 Pin 3", "WinKey Radio 2 Pin 3",
-    "WinKey Hold Radio Polling", "Paddle Only SideTone",
-};
-
+// "HH:MM:SS MMMM DD, YYYY", the month always in English whatever the locale.
+std::string FormatStamp(const platform::LocalTime& t) {
+  static constexpr std::array<const char*, 12> kMonths{
+      "January", "February", "March",     "April",   "May",      "June",
+      "July",    "August",   "September", "October", "November", "December"};
+  const char* month = t.month >= 1 && t.month <= 12 ? kMonths[t.month - 1] : "";
+  char text[128];
+  std::snprintf(text, sizeof text, "%02d:%02d:%02d %s %02d, %04d", t.hour, t.minute, t.second,
+                month, t.day, t.year);
+  return text;
+}
 
 }  // namespace
 
@@ -34,21 +33,35 @@ std::string TrimAtNul(std::string_view text) {
 }
 
 const char* SectionOf(std::string_view key) {
-  const bool keyer = std::any_of(kKeyerKeys.begin(), kKeyerKeys.end(),
-                                 [key](std::string_view name) { return vb::SameText(name, key); });
-  return keyer ? kKeyerSection : kMainSection;
+  for (const Setting& setting : SettingsTable()) {
+    if (setting.section == Section::Keyer && vb::SameText(setting.key, key)) return kKeyerSection;
+  }
+  return kMainSection;
+}
+
+void SettingsStore::LocateSettingsFile(const std::string& programDirectory,
+                                       const std::string& commandLine) {
+  SettingsBufferSize = 2000;
+  SettingsFilePath = programDirectory + "/" + commandLine + "Vantrel.INI";
+  if (files_.FileExists(SettingsFilePath)) return;
+  if (!commandLine.empty()) files_.CopyFile(programDirectory + "/Vantrel.INI", SettingsFilePath);
+  StampSettingsFile();
+}
+
+void SettingsStore::StampSettingsFile() {
+  WriteSetting(kStampSection, kStampKey, FormatStamp(clock_.Now()));
 }
 
 std::string SettingsStore::ReadSetting(const std::string& key, const std::string& fallback) {
-  std::string buffer =
-      file_.GetPrivateProfileString(SettingsSection, key, fallback, SettingsBufferSize);
-  buffer.resize(SettingsBufferSize, '\0');
+  std::string buffer = files_.GetPrivateProfileString(SettingsSection, key, fallback,
+                                                      SettingsBufferSize, SettingsFilePath);
+  buffer.resize(static_cast<size_t>(SettingsBufferSize), '\0');
   return TrimAtNul(buffer);
 }
 
 void SettingsStore::WriteSetting(const std::string& section, const std::string& key,
                                  const std::string& value) {
-  file_.WritePrivateProfileString(section, key, value);
+  files_.WritePrivateProfileString(section, key, value, SettingsFilePath);
 }
 
 }  // namespace vantrel::settings

@@ -2,10 +2,12 @@
 // straight through to the file, every value text.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "platform/profile_file.h"
+#include "platform/wall_clock.h"
 #include "sending/sending_core.h"
 
 namespace vantrel::settings {
@@ -13,6 +15,8 @@ namespace vantrel::settings {
 inline constexpr const char* kMainSectionRead = "FrmVantrel Settings";
 inline constexpr const char* kMainSection = "frmVantrel Settings";
 inline constexpr const char* kKeyerSection = "WinKey Settings";
+inline constexpr const char* kStampSection = "Initialized";
+inline constexpr const char* kStampKey = "Create Date/Time";
 
 // Blanks off both ends, then the text before the first NUL; empty when the NUL
 // stands first or there is none, as a fixed-width buffer reads.
@@ -23,19 +27,29 @@ const char* SectionOf(std::string_view key);
 
 class SettingsStore : public sending::SettingWriter {
  public:
-  static constexpr int SettingsBufferSize = 2000;
+  SettingsStore(platform::ProfileFile& files, platform::WallClock& clock)
+      : files_(files), clock_(clock) {}
 
-  explicit SettingsStore(platform::ProfileFile& file) : file_(file) {}
-
-  // The section that ReadSetting reads; WriteSetting names its own.
-  std::string SettingsSection = kMainSectionRead;
+  // Picks the file of the profile named on the command line and makes it on
+  // first use: a new profile starts as a copy of the default one, and either
+  // way the file gets a fresh stamp. Failures are passed over.
+  void LocateSettingsFile(const std::string& programDirectory, const std::string& commandLine);
+  // Writing the stamp is what creates the file.
+  void StampSettingsFile();
 
   std::string ReadSetting(const std::string& key, const std::string& fallback);
   void WriteSetting(const std::string& section, const std::string& key,
                     const std::string& value) override;
 
+  std::string SettingsFilePath;
+  // The section that ReadSetting reads; WriteSetting names its own.
+  std::string SettingsSection = kMainSectionRead;
+  // A read returns at most one less than this.
+  int16_t SettingsBufferSize = 2000;
+
  private:
-  platform::ProfileFile& file_;
+  platform::ProfileFile& files_;
+  platform::WallClock& clock_;
 };
 
 }  // namespace vantrel::settings

@@ -48,9 +48,13 @@ class IniProfileFileTest : public ::testing::Test {
     return names;
   }
   std::string Get(const std::string& section, const std::string& key, int size = 256) {
-    return IniProfileFile(path_).GetPrivateProfileString(section, key, kMissing, size);
+    return ini_.GetPrivateProfileString(section, key, kMissing, size, path_);
+  }
+  void Write(const std::string& section, const std::string& key, const std::string& value) {
+    ini_.WritePrivateProfileString(section, key, value, path_);
   }
 
+  IniProfileFile ini_;
   std::string dir_;
   std::string path_;
 };
@@ -86,7 +90,7 @@ TEST_F(IniProfileFileTest, NamesMeetWithoutRegardToCase) {
   EXPECT_EQ(Get("frmVantrel Settings", "sidetone"), "700");
   EXPECT_EQ(Get("FRMVANTREL SETTINGS", "SIDETONE"), "700");
 
-  IniProfileFile(path_).WritePrivateProfileString("frmvantrel settings", "SIDETONE", "650");
+  Write("frmvantrel settings", "SIDETONE", "650");
   EXPECT_EQ(Contents(), "[FrmVantrel Settings]\nSideTone=650\n");
 }
 
@@ -99,16 +103,18 @@ TEST_F(IniProfileFileTest, ValuesAreTrimmedAndCut) {
   EXPECT_EQ(Get("S", "Short", 7), "abcdef");
 }
 
-// One object sees the file appear and change: nothing is cached.
+// One object sees the file appear and change, and serves two files: nothing is cached.
 TEST_F(IniProfileFileTest, FallbackIsTrimmedAndCutAndEditsAreSeen) {
-  IniProfileFile file(path_);
-  EXPECT_EQ(file.GetPrivateProfileString("S", "K", "  fall back \t", 256), "fall back");
+  const std::string other = dir_ + "/contestVantrel.INI";
+  EXPECT_EQ(ini_.GetPrivateProfileString("S", "K", "  fall back \t", 256, path_), "fall back");
   Put("[S]\nK=1\n");
-  EXPECT_EQ(file.GetPrivateProfileString("S", "K", "", 256), "1");
-  EXPECT_EQ(file.GetPrivateProfileString("T", "K", " abcdef", 4), "abc");
-  EXPECT_EQ(file.GetPrivateProfileString("S", "J", "dflt", 256), "dflt");
+  std::ofstream(other, std::ios::binary) << "[S]\nK=9\n";
+  EXPECT_EQ(ini_.GetPrivateProfileString("S", "K", "", 256, path_), "1");
+  EXPECT_EQ(ini_.GetPrivateProfileString("S", "K", "", 256, other), "9");
+  EXPECT_EQ(ini_.GetPrivateProfileString("T", "K", " abcdef", 4, path_), "abc");
+  EXPECT_EQ(ini_.GetPrivateProfileString("S", "J", "dflt", 256, path_), "dflt");
   Put("[S]\nK=2\n");
-  EXPECT_EQ(file.GetPrivateProfileString("S", "K", "", 256), "2");
+  EXPECT_EQ(ini_.GetPrivateProfileString("S", "K", "", 256, path_), "2");
 }
 
 TEST_F(IniProfileFileTest, WriteChangesOnlyTheOneLine) {
@@ -123,7 +129,7 @@ TEST_F(IniProfileFileTest, WriteChangesOnlyTheOneLine) {
       "[Logger]\r\n"
       "SideTone=900\r\n";
   Put(before);
-  IniProfileFile(path_).WritePrivateProfileString(kSection, "sidetone", "650");
+  Write(kSection, "sidetone", "650");
 
   std::string after = before;
   after.replace(after.find("  SideTone = 700"), 16, "  SideTone =650");
@@ -133,23 +139,23 @@ TEST_F(IniProfileFileTest, WriteChangesOnlyTheOneLine) {
 
 TEST_F(IniProfileFileTest, WriteAppendsKeyAtEndOfItsSection) {
   Put("[A]\r\nX=1\r\n; note\r\n\r\n\r\n[B]\r\nY=2");
-  IniProfileFile file(path_);
-  file.WritePrivateProfileString("a", "New", "v");
+  Write("a", "New", "v");
   EXPECT_EQ(Contents(), "[A]\r\nX=1\r\n; note\r\nNew=v\r\n\r\n\r\n[B]\r\nY=2");
-  file.WritePrivateProfileString("B", "Z", "3");
+  Write("B", "Z", "3");
   EXPECT_EQ(Contents(), "[A]\r\nX=1\r\n; note\r\nNew=v\r\n\r\n\r\n[B]\r\nY=2\r\nZ=3\r\n");
 }
 
 TEST_F(IniProfileFileTest, WriteAddsSectionAtEndOfFile) {
   Put("[A]\nX=1");
-  IniProfileFile(path_).WritePrivateProfileString(kSection, "Speed", "25");
+  Write(kSection, "Speed", "25");
   EXPECT_EQ(Contents(), "[A]\nX=1\n[FrmVantrel Settings]\nSpeed=25\n");
 }
 
 TEST_F(IniProfileFileTest, WriteCreatesMissingFile) {
-  IniProfileFile file(path_);
-  file.WritePrivateProfileString(kSection, "Speed", "25");
-  file.WritePrivateProfileString(kSection, "Call", "W1AW");
+  EXPECT_FALSE(ini_.FileExists(path_));
+  Write(kSection, "Speed", "25");
+  EXPECT_TRUE(ini_.FileExists(path_));
+  Write(kSection, "Call", "W1AW");
   EXPECT_EQ(Contents(), "[FrmVantrel Settings]\nSpeed=25\nCall=W1AW\n");
   struct stat info {};
   ASSERT_EQ(::stat(path_.c_str(), &info), 0);
@@ -162,7 +168,7 @@ TEST_F(IniProfileFileTest, WriteKeepsFileModeAndWritesThroughLink) {
   ASSERT_EQ(::chmod(real.c_str(), 0600), 0);
   ASSERT_EQ(::symlink("real.ini", path_.c_str()), 0);
 
-  IniProfileFile(path_).WritePrivateProfileString("S", "K", "2");
+  Write("S", "K", "2");
   EXPECT_TRUE(std::filesystem::is_symlink(path_));
   EXPECT_EQ(Get("S", "K"), "2");
   struct stat info {};
@@ -172,12 +178,12 @@ TEST_F(IniProfileFileTest, WriteKeepsFileModeAndWritesThroughLink) {
 
 TEST_F(IniProfileFileTest, LineBreakInValueCannotAddLines) {
   Put("[S]\nK=1\n");
-  IniProfileFile(path_).WritePrivateProfileString("S", "K", "2\r\nInjected=3");
+  Write("S", "K", "2\r\nInjected=3");
   EXPECT_EQ(Contents(), "[S]\nK=2\n");
 }
 
 TEST_F(IniProfileFileTest, WriteIntoMissingDirectoryDoesNothing) {
-  IniProfileFile(dir_ + "/no/such/dir/vantrel.ini").WritePrivateProfileString("S", "K", "1");
+  ini_.WritePrivateProfileString("S", "K", "1", dir_ + "/no/such/dir/vantrel.ini");
   EXPECT_TRUE(Names().empty());
 }
 
@@ -189,14 +195,49 @@ TEST_F(IniProfileFileTest, WriteIntoReadOnlyDirectoryLeavesNoTraceAndNoDamage) {
   ASSERT_GE(child, 0);
   if (child == 0) {
     if (::geteuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(2);
-    IniProfileFile(path_).WritePrivateProfileString("S", "K", "2");
-    ::_exit(0);
+    Write("S", "K", "2");
+    const bool copied = ini_.CopyFile(path_, dir_ + "/copy.ini");
+    ::_exit(copied ? 3 : 0);
   }
   int status = 0;
   ASSERT_EQ(::waitpid(child, &status, 0), child);
   ASSERT_TRUE(WIFEXITED(status));
   ASSERT_EQ(WEXITSTATUS(status), 0);
   ASSERT_EQ(::chmod(dir_.c_str(), 0700), 0);
+  EXPECT_EQ(Contents(), "[S]\nK=1\n");
+  EXPECT_EQ(Names(), std::vector<std::string>{"vantrel.ini"});
+}
+
+TEST_F(IniProfileFileTest, CopyTakesEveryByteAndTheSourceMode) {
+  const std::string bytes = "; default\r\n[FrmVantrel Settings]\r\nWPM=25\r\n[Initialized]\r\nX=1";
+  Put(bytes);
+  ASSERT_EQ(::chmod(path_.c_str(), 0600), 0);
+  const std::string copy = dir_ + "/contestvantrel.ini";
+  std::ofstream(copy, std::ios::binary) << "[Old]\nK=1\n";
+  ASSERT_EQ(::chmod(copy.c_str(), 0640), 0);
+
+  EXPECT_TRUE(ini_.CopyFile(path_, dir_ + "/new.ini"));
+  EXPECT_TRUE(ini_.CopyFile(path_, copy));
+  for (const std::string& target : {dir_ + "/new.ini", copy}) {
+    std::ifstream in(target, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    EXPECT_EQ(text.str(), bytes) << target;
+  }
+  struct stat info {};
+  ASSERT_EQ(::stat((dir_ + "/new.ini").c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0600u);
+  ASSERT_EQ(::stat(copy.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0640u);  // a replaced file keeps its own
+  EXPECT_EQ(Names(), (std::vector<std::string>{"contestvantrel.ini", "new.ini", "vantrel.ini"}));
+}
+
+TEST_F(IniProfileFileTest, FailedCopyLeavesTheTargetAlone) {
+  Put("[S]\nK=1\n");
+  EXPECT_FALSE(ini_.CopyFile(dir_ + "/absent.ini", path_));
+  EXPECT_FALSE(ini_.CopyFile(dir_, path_));  // a directory is no profile
+  EXPECT_FALSE(ini_.CopyFile(path_, dir_ + "/no/such/dir/x.ini"));
+  EXPECT_FALSE(ini_.FileExists(dir_ + "/absent.ini"));
   EXPECT_EQ(Contents(), "[S]\nK=1\n");
   EXPECT_EQ(Names(), std::vector<std::string>{"vantrel.ini"});
 }
@@ -231,10 +272,8 @@ TEST_F(IniProfileFileTest, KilledWriterNeverLeavesHalfAFile) {
     ASSERT_GE(child, 0);
     if (child == 0) {
       ::close(ready[0]);
-      IniProfileFile file(path_);
       for (long i = 0;; ++i) {
-        file.WritePrivateProfileString(kSection, "Key" + std::to_string(kChanging),
-                                       prefix + std::to_string(i));
+        Write(kSection, "Key" + std::to_string(kChanging), prefix + std::to_string(i));
         if (i == 0 && ::write(ready[1], "x", 1) != 1) ::_exit(1);
       }
     }

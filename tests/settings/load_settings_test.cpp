@@ -1,131 +1,338 @@
+#include "settings/load_settings.h"
+
 #include <gtest/gtest.h>
 
+#include <array>
 #include <ostream>
 #include <string>
+#include <utility>
+#include <vector>
 
-#include "support/keyer_fixture.h"
+#include "app/vantrel.h"
+#include "platform/memory/memory_platform.h"
 
 namespace vantrel::settings {
 namespace {
 
-using testing::KeyerFixture;
+using Settings = std::vector<std::pair<std::string, std::string>>;
 
-class LoadSettingsTest : public KeyerFixture {};
+const std::string kDirectory = "/opt/vantrel";
 
-TEST_F(LoadSettingsTest, DefaultsHoldWhenNothingIsWritten) {
-  Start();
+class CountingPump : public platform::EventPump {
+ public:
+  void DoEvents() override { ++calls; }
+  int calls = 0;
+};
+
+// The keyer's state on the in-memory platform, loaded straight from a fresh file.
+class LoadSettingsTest : public ::testing::Test {
+ protected:
+  LoadSettingsTest() { keyer.store.LocateSettingsFile(kDirectory, ""); }
+
+  // Each pair goes where a writer would put it, then everything loads once.
+  void Load(const Settings& settings = {}) {
+    for (const auto& [key, value] : settings) keyer.store.WriteSetting(SectionOf(key), key, value);
+    LoadSettings(keyer.store, holders);
+  }
+
+  platform::memory::MemoryPlatform p;
+  app::Vantrel keyer{p.platform()};
+  sending::CwState& cw = keyer.cw;
+  mainwindow::MainWindowState& window = keyer.window;
+  macros::MacroState& macros = keyer.macros;
+  winkey::WinKeySettings& wk = keyer.winKeySettings;
+  CountingPump pump;
+  int srxClicks = 0;
+  SettingsHolders holders{cw, window, macros, wk, p.controls, keyer.core, pump, [this] { ++srxClicks; }};
+};
+
+TEST_F(LoadSettingsTest, FirstStartPutsEveryDefaultInForce) {
+  EXPECT_EQ(p.files.SectionNames(kDirectory + "/Vantrel.INI"), std::vector<std::string>{"Initialized"});
+  Load();
+  EXPECT_TRUE(cw.SlowTyping);
+  EXPECT_TRUE(window.OnTop);
+  EXPECT_EQ(window.InsertKeyCode, 112);
+  EXPECT_EQ(p.frmVantrel.Top(), 500);
+  EXPECT_EQ(p.frmVantrel.Left(), 500);
+  EXPECT_EQ(p.frmVantrel.Height(), 2500);
+  EXPECT_EQ(p.frmVantrel.Width(), 3500);
+  EXPECT_EQ(p.CWTextBox.fontName, "MS Sans Serif");
+  EXPECT_EQ(p.CWTextBox.fontSize, 8);
+  EXPECT_EQ(window.NormalBackColor, 14941692);
   EXPECT_TRUE(p.mnuSoftwareKeyer.Checked());
-  EXPECT_FALSE(p.mnuWinKey.Checked());
-  EXPECT_FALSE(p.mnuWinKey2.Checked());
+  EXPECT_FALSE(p.mnuWinKey.Checked() || p.mnuWinKey2.Checked());
+  EXPECT_EQ(p.frmVantrel.Caption(), "Vantrel - Software");
+  EXPECT_EQ(window.LoopingBackColor, 255);
+  EXPECT_EQ(cw.TextForeColor, 16711680);
+  EXPECT_EQ(cw.PTTDelay, 100);
+  EXPECT_EQ(cw.LptBaseAddress, 888);
   EXPECT_TRUE(p.mnuVOX.Checked());
   EXPECT_FALSE(p.mnuMOX.Checked());
-  EXPECT_EQ(cw.WPM, 20);
-  EXPECT_EQ(cw.DotTime, 60);
-  EXPECT_EQ(cw.SavedWPM, 20);
-  EXPECT_TRUE(cw.SlowTyping);
   EXPECT_FALSE(cw.PTTEnabled);
-  EXPECT_EQ(cw.PTTDelay, 100);
-  EXPECT_FALSE(cw.SidetoneEnabled);
+  EXPECT_TRUE(cw.UseParallel);
+  EXPECT_FALSE(cw.UseSharedSerial);
+  EXPECT_EQ(cw.TransmittingColor, 255);
+  EXPECT_EQ(cw.WPM, 20);
+  EXPECT_EQ(cw.SavedWPM, 20);
+  EXPECT_EQ(cw.DotTime, 60);
   EXPECT_EQ(p.sBar.Caption(), " Keying speed = 20 WPM");
+  EXPECT_TRUE(p.mSFkeys.Checked() && p.mAFkeys.Checked() && p.mFkeys.Checked());
+  EXPECT_TRUE(p.ElasticOne1.Visible() && p.ElasticOne2.Visible() && p.ElasticOne3.Visible());
+  EXPECT_TRUE(p.mnuShowCallsign.Checked());
+  EXPECT_TRUE(p.sBar.Visible());
+  EXPECT_EQ(srxClicks, 0);
+  EXPECT_FALSE(cw.SidetoneEnabled);
+  EXPECT_EQ(cw.SidetoneFrequency, 1000);
+  EXPECT_TRUE(p.mnuSend0as0.Checked());
+
+  for (int16_t n : {1, 17, 36}) {
+    SCOPED_TRACE(n);
+    EXPECT_EQ(macros.MacroBackColors[n], 14671839);
+    EXPECT_EQ(macros.MacroOverForeColors[n], 65535);
+    EXPECT_EQ(macros.MacroOverFontNames[n], "MS Sans Serif");
+    EXPECT_EQ(macros.MacroOverFontSizes[n], 8);
+    EXPECT_EQ(p.btnf[n].BackColor(), 14671839);
+  }
+  EXPECT_EQ(macros.MacroFontNames[0], "");  // the editor's entry is not the load's
+  EXPECT_EQ(pump.calls, 36);
+
+  EXPECT_EQ(wk.WinKeyTone, 752);
+  EXPECT_EQ(wk.WinKeyPTTLeadDelay, 100);
+  EXPECT_EQ(wk.WinKeyPTTLagDelay, 250);
+  EXPECT_EQ(wk.WinKeySpeedFarnsworth, 20);
+  EXPECT_EQ(wk.WinKeyPaddleSwitchpoint, 50);
+  EXPECT_EQ(wk.WinKeySpeed, 15);
+  EXPECT_TRUE(wk.WinKeyPTT && wk.WinKeyPin3 && wk.WinKeyAutoSpace && wk.WinKeyPaddleInsertCancelsMacro);
+  EXPECT_FALSE(wk.WinKeySideTone || wk.PaddleOnlySideTone || wk.WinKeyRadio2Pin3);
+  EXPECT_EQ(keyer.store.SettingsSection, kKeyerSection);
 }
 
-TEST_F(LoadSettingsTest, TextValuesMatchOnlyInTheirExactSpelling) {
-  Start({{"Keying", "vox"}, {"PTT", "on"}, {"Slow Typing", "on"}, {"Keyer to Use", "winkey"}});
+// Each keyer key lands in its own field, whatever the case of its section and name.
+TEST_F(LoadSettingsTest, KeyerKeysReachTheirOwnFieldsFromTheKeyerSectionOnly) {
+  const char* numbers[] = {"WinKey Port", "WinKey Key Mode", "WinKey Tone", "WinKey WordSpace",
+                           "WinKey Paddle Operation", "WinKey PTT Lead Delay", "WinKey PTT Lag Delay",
+                           "WinKey Speed Max", "WinKey Speed Min", "WinKey Speed Farnsworth",
+                           "WinKey DitDah Ratio", "WinKey DitDah Weight", "WinKey First Extension",
+                           "WinKey Compensation", "WinKey Paddle Switchpoint", "WinKey Speed"};
+  int16_t value = 1;
+  for (const char* key : numbers) keyer.store.WriteSetting("winkey SETTINGS", key, std::to_string(value++));
+  keyer.store.WriteSetting(kKeyerSection, "winkey sidetone", "True");
+  keyer.store.WriteSetting(kKeyerSection, "WinKey PTT", "0");
+  keyer.store.WriteSetting(kMainSection, "WinKey Radio 1 Pin 3", "True");
+  Load();
+  const int16_t got[] = {wk.WinKeyPort, wk.WinKeyKeyMode, wk.WinKeyTone, wk.WinKeyWordSpace,
+                         wk.WinKeyPaddleOperation, wk.WinKeyPTTLeadDelay, wk.WinKeyPTTLagDelay,
+                         wk.WinKeySpeedMax, wk.WinKeySpeedMin, wk.WinKeySpeedFarnsworth,
+                         wk.WinKeyDitDahRatio, wk.WinKeyDitDahWeight, wk.WinKeyFirstExtension,
+                         wk.WinKeyCompensation, wk.WinKeyPaddleSwitchpoint, wk.WinKeySpeed};
+  for (int16_t i = 0; i < 16; ++i) EXPECT_EQ(got[i], i + 1) << numbers[i];
+  EXPECT_TRUE(wk.WinKeySideTone);
+  EXPECT_FALSE(wk.WinKeyPTT);
+  EXPECT_FALSE(wk.WinKeyRadio1Pin3);
+}
+
+TEST_F(LoadSettingsTest, MainSectionMeetsInAnyCaseAndValuesLoseLeadingBlanks) {
+  keyer.store.WriteSetting("FRMVANTREL settings", "sidetone", "ON");
+  Load({{"WPM", "   25"}, {"Keying", "  MOX"}, {"Frequency", " 700.5 "}});
+  EXPECT_TRUE(cw.SidetoneEnabled);
+  EXPECT_EQ(cw.WPM, 25);
+  EXPECT_TRUE(p.mnuMOX.Checked());
+  EXPECT_EQ(cw.SidetoneFrequency, 700.5);
+}
+
+TEST_F(LoadSettingsTest, ExactValuesMatchOnlyInTheirOwnSpelling) {
+  cw.SidetoneEnabled = true;  // as the port dialog may have left it
+  Load({{"Keying", "vox"}, {"PTT", "on"}, {"Slow Typing", "on"}, {"Keyer to Use", "winkey"},
+        {"Port to Use", "parallel"}, {"SRX Field Visible", "true"}, {"SideTone", "on"}});
   EXPECT_TRUE(p.mnuMOX.Checked());
   EXPECT_FALSE(p.mnuVOX.Checked());
-  EXPECT_TRUE(cw.PTTEnabled);       // anything but "OFF" enables
-  EXPECT_FALSE(cw.SlowTyping);      // anything but "ON" disables
+  EXPECT_TRUE(cw.PTTEnabled);
+  EXPECT_FALSE(cw.SlowTyping);
   EXPECT_TRUE(p.mnuSoftwareKeyer.Checked());
-  EXPECT_FALSE(p.mnuWinKey.Checked());
+  EXPECT_FALSE(cw.UseParallel || cw.UseSharedSerial);  // the dedicated serial port
+  EXPECT_EQ(srxClicks, 0);
+  EXPECT_TRUE(cw.SidetoneEnabled);  // left alone, not turned off
 }
 
-TEST_F(LoadSettingsTest, KeyAndSectionNamesMatchInAnyCase) {
-  keyer.store.WriteSetting("FRMVANTREL SETTINGS", "sidetone", "ON");
-  keyer.store.WriteSetting("FRMVANTREL SETTINGS", "wpm", "30");
-  Start();
-  EXPECT_TRUE(cw.SidetoneEnabled);
-  EXPECT_EQ(cw.WPM, 30);
+using MP = platform::memory::MemoryPlatform;
+using Item = platform::memory::MemoryMenuItem MP::*;
+
+// A key whose value ticks one of three menu items; `caption` is the window's after it, if it sets one.
+struct ChoiceCase {
+  const char* key;
+  const char* value;
+  std::array<Item, 3> group;
+  Item ticked;
+  const char* caption;
+};
+std::ostream& operator<<(std::ostream& out, const ChoiceCase& c) {
+  return out << c.key << "=\"" << c.value << '"';
+}
+
+class MenuChoice : public LoadSettingsTest, public ::testing::WithParamInterface<ChoiceCase> {};
+
+TEST_P(MenuChoice, TicksExactlyOneItemOfItsGroup) {
+  Load({{GetParam().key, GetParam().value}});
+  for (Item item : GetParam().group) {
+    EXPECT_EQ((p.*item).Checked(), item == GetParam().ticked) << (p.*item).Caption();
+  }
+  EXPECT_EQ(p.frmVantrel.Caption(), GetParam().caption);
+}
+
+constexpr std::array<Item, 3> kKeyers{&MP::mnuWinKey, &MP::mnuWinKey2, &MP::mnuSoftwareKeyer};
+constexpr std::array<Item, 3> kZeros{&MP::mnuSend0as0, &MP::mnuSend0asT, &MP::mnuSend0asO};
+constexpr const char* kKeyer = "Keyer to Use";
+constexpr const char* kZero = "Serial # 0 preference";
+constexpr const char* kSoftware = "Vantrel - Software";
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, MenuChoice,
+    ::testing::Values(ChoiceCase{kKeyer, "WinKey", kKeyers, &MP::mnuWinKey, "Vantrel - WinKey"},
+                      ChoiceCase{kKeyer, "WinKey2", kKeyers, &MP::mnuWinKey2, "Vantrel - WinKey"},
+                      ChoiceCase{kKeyer, "Software", kKeyers, &MP::mnuSoftwareKeyer, kSoftware},
+                      ChoiceCase{kKeyer, "WINKEY2", kKeyers, &MP::mnuSoftwareKeyer, kSoftware},
+                      ChoiceCase{kZero, "0", kZeros, &MP::mnuSend0as0, kSoftware},
+                      ChoiceCase{kZero, "T", kZeros, &MP::mnuSend0asT, kSoftware},
+                      ChoiceCase{kZero, "O", kZeros, &MP::mnuSend0asO, kSoftware},
+                      ChoiceCase{kZero, "t", kZeros, &MP::mnuSend0asO, kSoftware},
+                      ChoiceCase{kZero, "zero", kZeros, &MP::mnuSend0asO, kSoftware},
+                      ChoiceCase{kZero, "", kZeros, &MP::mnuSend0asO, kSoftware}));
+
+struct PortCase {
+  const char* value;
+  bool parallel;
+  bool shared;
+};
+std::ostream& operator<<(std::ostream& out, const PortCase& c) { return out << '"' << c.value << '"'; }
+
+class PortToUse : public LoadSettingsTest, public ::testing::WithParamInterface<PortCase> {};
+
+TEST_P(PortToUse, NamesTheRouteAndAnythingElseIsTheDedicatedPort) {
+  cw.UseParallel = cw.UseSharedSerial = true;
+  Load({{"Port to Use", GetParam().value}, {"Dedicated Serial Port", "Comm3"}});
+  EXPECT_EQ(cw.UseParallel, GetParam().parallel);
+  EXPECT_EQ(cw.UseSharedSerial, GetParam().shared);
+  EXPECT_EQ(cw.DedicatedSerialPort, "Comm3");
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, PortToUse,
+                         ::testing::Values(PortCase{"Parallel", true, false}, PortCase{"Shared Serial", false, true},
+                                           PortCase{"Serial", false, false}, PortCase{"shared serial", false, false}));
+
+struct AddressCase {
+  const char* text;
+  int32_t address;
+};
+std::ostream& operator<<(std::ostream& out, const AddressCase& c) { return out << '"' << c.text << '"'; }
+
+class PortAddress : public LoadSettingsTest, public ::testing::WithParamInterface<AddressCase> {};
+
+TEST_P(PortAddress, ReadsHexAndDecimalAlike) {
+  Load({{"Parallel Port Address", GetParam().text}});
+  EXPECT_EQ(cw.LptBaseAddress, GetParam().address);
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, PortAddress,
+                         ::testing::Values(AddressCase{"&H278", 632}, AddressCase{"632", 632},
+                                           AddressCase{"&h3bc", 956}, AddressCase{"888", 888},
+                                           AddressCase{"70000", 70000}));
+
+TEST_F(LoadSettingsTest, WindowAndViewTakeWhatTheFileSays) {
+  Load({{"Top", "&H100"},           {"Width", "4000.5"},           {"TextBox Font Size", "9.5"},
+        {"TextBox Font Bold", "-1"}, {"TextBox BackColor", "65535"}, {"WPM Text Color", "255"},
+        {"SHIFT F Keys Visible", "False"}, {"ALT F Keys Visible", "0"}, {"Callsign Field Visible", "false"},
+        {"SRX Field Visible", "True"}, {"On Top", "False"}, {"Insert Key", "45 Ins"}});
+  EXPECT_EQ(p.frmVantrel.Top(), 256);
+  EXPECT_EQ(p.frmVantrel.Width(), 4000);  // half to even
+  EXPECT_EQ(p.CWTextBox.fontSize, 10);
+  EXPECT_TRUE(p.CWTextBox.fontBold);
+  EXPECT_EQ(window.NormalBackColor, 65535);
+  EXPECT_EQ(p.sBar.ForeColor(), 255);
+  EXPECT_FALSE(p.mSFkeys.Checked() || p.ElasticOne2.Visible());
+  EXPECT_FALSE(p.mAFkeys.Checked() || p.ElasticOne1.Visible());
+  EXPECT_TRUE(p.mFkeys.Checked() && p.ElasticOne3.Visible());
+  EXPECT_FALSE(p.mnuShowCallsign.Checked());
+  EXPECT_FALSE(p.sBar.Visible());  // stays as it started
+  EXPECT_EQ(srxClicks, 1);
+  EXPECT_FALSE(window.OnTop);
+  EXPECT_EQ(window.InsertKeyCode, 45);  // the numeric prefix
 }
 
 TEST_F(LoadSettingsTest, ProportionsLoadBeforeTheSpeed) {
-  Start({{"WPM", "20"}, {"Dash Length", "3.5"}});
+  Load({{"WPM", "20"}, {"Dash Length", "3.5"}});
   EXPECT_EQ(cw.DotTime, 58);
 }
 
-TEST_F(LoadSettingsTest, WinKey2TicksOnlyItself) {
-  Start({{"Keyer to Use", "WinKey2"}});
-  EXPECT_TRUE(p.mnuWinKey2.Checked());
-  EXPECT_FALSE(p.mnuWinKey.Checked());
-  EXPECT_FALSE(p.mnuSoftwareKeyer.Checked());
+TEST_F(LoadSettingsTest, MacroKeysCarryTheirNumberAndShowOnTheirButton) {
+  const std::string longText(2500, 'Q');
+  Load({{"Macro #7", longText}, {"Macro Caption #12", "CQ TEST"}, {"Macro BackColor #12", "255"},
+        {"Macro ForeColor #12", "65280"}, {"Macro Fontbold #12", "True"}, {"Macro Fontname #3", "Arial"},
+        {"Macro MouseOver Fontname #3", "Courier"}, {"Macro Fontsize #36", "12"}, {"Macro Caption #1", "TU"}});
+  EXPECT_EQ(macros.MacroTexts[7], longText.substr(0, 1999));
+  EXPECT_EQ(macros.MacroCaptions[12], "CQ TEST");
+  EXPECT_EQ(p.btnf[12].Caption(), "CQ TEST");
+  EXPECT_EQ(p.btnf[1].Caption(), "TU");
+  EXPECT_EQ(p.btnf[12].BackColor(), 255);
+  EXPECT_EQ(p.btnf[12].ForeColor(), 65280);
+  EXPECT_TRUE(p.btnf[12].FontBold());
+  EXPECT_FALSE(p.btnf[11].FontBold());
+  EXPECT_EQ(macros.MacroBackColors[12], 255);
+  EXPECT_EQ(macros.MacroOverBackColors[12], 14671839);
+  // The mouse-over name is never read: it restarts as the normal one.
+  EXPECT_EQ(macros.MacroFontNames[3], "Arial");
+  EXPECT_EQ(macros.MacroOverFontNames[3], "Arial");
+  EXPECT_EQ(macros.MacroFontSizes[36], 12);
+  EXPECT_EQ(macros.MacroOverFontSizes[36], 8);
 }
 
-TEST_F(LoadSettingsTest, KeyerKeysAreReadFromTheKeyerSection) {
-  keyer.store.WriteSetting(kMainSection, "WinKey Analog Speed", "True");
-  keyer.store.WriteSetting(kKeyerSection, "WinKey Hold Radio Polling", "1");
-  Start();
-  EXPECT_FALSE(cw.WinKeyAnalogSpeed);
-  EXPECT_TRUE(cw.WinKeyHoldRadioPolling);
-}
-
-TEST_F(LoadSettingsTest, BadLongStopsTheLoadAtItsKey) {
-  Start({{"Slow Typing", "OFF"},
-         {"TextBox Forecolor", "65280"},
-         {"PTT Delay", "abc"},
-         {"Keying", "MOX"},
-         {"PTT", "ON"},
-         {"WPM", "30"},
-         {"SideTone", "ON"},
-         {"WinKey Analog Speed", "True"}});
-  EXPECT_FALSE(cw.SlowTyping);  // before the bad key: applied
-  EXPECT_EQ(cw.TextForeColor, 65280);
-  EXPECT_TRUE(p.mnuSoftwareKeyer.Checked());
-  EXPECT_EQ(cw.PTTDelay, 100);  // after it: the start values, not the settings or defaults
-  EXPECT_FALSE(p.mnuVOX.Checked());
-  EXPECT_FALSE(p.mnuMOX.Checked());
-  EXPECT_FALSE(cw.PTTEnabled);
+TEST_F(LoadSettingsTest, OutOfRangeHeightStopsTheLoadThere) {
+  Load({{"Top", "100"}, {"Height", "40000"}, {"Width", "3000"}, {"Keyer to Use", "WinKey"},
+        {"Macro Caption #1", "CQ"}, {"WinKey Tone", "800"}});
+  EXPECT_EQ(p.frmVantrel.Top(), 100);  // before the bad key: applied
+  EXPECT_EQ(p.frmVantrel.Height(), 0);  // after it: the start values, not the file's or the defaults
+  EXPECT_EQ(p.frmVantrel.Width(), 0);
+  EXPECT_EQ(p.CWTextBox.fontName, "");
+  EXPECT_FALSE(p.mnuWinKey.Checked() || p.mnuSoftwareKeyer.Checked());
+  EXPECT_EQ(p.frmVantrel.Caption(), "");
   EXPECT_EQ(cw.WPM, 0);
-  EXPECT_EQ(cw.SavedWPM, 0);
-  EXPECT_EQ(cw.DotTime, 0);
-  EXPECT_EQ(p.sBar.Caption(), "");
-  EXPECT_FALSE(cw.SidetoneEnabled);
-  EXPECT_FALSE(cw.WinKeyAnalogSpeed);
+  EXPECT_EQ(cw.LptBaseAddress, 0);
+  EXPECT_FALSE(p.sBar.Visible());
+  EXPECT_EQ(p.btnf[1].Caption(), "");
+  EXPECT_EQ(pump.calls, 0);
+  EXPECT_EQ(wk.WinKeyTone, 0);
+  EXPECT_EQ(keyer.store.SettingsSection, kMainSectionRead);
 }
 
-TEST_F(LoadSettingsTest, BadBooleanStopsTheLoadAtItsKey) {
-  Start({{"PTT", "ON"}, {"Disable Polling", "maybe"}, {"Transmitting Text Color", "100"}});
-  EXPECT_TRUE(cw.PTTEnabled);
-  EXPECT_TRUE(p.mnuVOX.Checked());
-  EXPECT_FALSE(cw.DisablePolling);
-  EXPECT_EQ(cw.TransmittingColor, 255);
-  EXPECT_EQ(cw.WPM, 0);
-}
-
-TEST_F(LoadSettingsTest, SpeedOutside16BitsStopsTheLoad) {
-  Start({{"WPM", "40000"}, {"SideTone", "ON"}, {"WinKey Hold Radio Polling", "True"}});
-  EXPECT_EQ(cw.WPM, 0);
-  EXPECT_EQ(cw.DotTime, 0);
-  EXPECT_FALSE(cw.SidetoneEnabled);
-  EXPECT_FALSE(cw.WinKeyHoldRadioPolling);
-}
-
-struct SpeedCase {
+struct BadCase {
+  const char* key;
   const char* text;
-  int16_t wpm;
 };
-std::ostream& operator<<(std::ostream& out, const SpeedCase& c) { return out << '"' << c.text << '"'; }
+std::ostream& operator<<(std::ostream& out, const BadCase& c) { return out << c.key << "=" << c.text; }
 
-class SpeedText : public KeyerFixture, public ::testing::WithParamInterface<SpeedCase> {};
+class BadValue : public LoadSettingsTest, public ::testing::WithParamInterface<BadCase> {};
 
-TEST_P(SpeedText, ReadsAsValRoundedHalfToEven) {
-  Start({{"WPM", GetParam().text}});
-  EXPECT_EQ(cw.WPM, GetParam().wpm);
-  EXPECT_EQ(cw.SavedWPM, GetParam().wpm);
-  EXPECT_EQ(p.sBar.Caption(), " Keying speed = " + std::to_string(GetParam().wpm) + " WPM");
+// Each conversion that can fail ends the load at its key; the keyer table's last key is the witness.
+TEST_P(BadValue, StopsTheLoadAtItsKey) {
+  Load({{GetParam().key, GetParam().text}, {"Paddle Only SideTone", "True"}});
+  EXPECT_FALSE(wk.PaddleOnlySideTone);
 }
 
-INSTANTIATE_TEST_SUITE_P(Speeds, SpeedText,
-                         ::testing::Values(SpeedCase{"25.5", 26}, SpeedCase{"24.5", 24},
-                                           SpeedCase{"1 8wpm", 18}, SpeedCase{"32767", 32767}));
+INSTANTIATE_TEST_SUITE_P(
+    Forms, BadValue,
+    ::testing::Values(BadCase{"On Top", "yes"}, BadCase{"Insert Key", "70000"}, BadCase{"Width", "-32769"},
+                      BadCase{"Parallel Port Address", "0x378"}, BadCase{"PTT Delay", "3000000000"},
+                      BadCase{"Frequency", "700 Hz"}, BadCase{"WPM", "1e10"}, BadCase{"Macro Fontsize #36", "big"},
+                      BadCase{"Macro Fontbold #5", ""}, BadCase{"WinKey Hold Radio Polling", "maybe"}));
+
+TEST_F(LoadSettingsTest, BadMacroKeyKeepsTheMacrosBeforeIt) {
+  Load({{"Macro Caption #4", "QRZ"}, {"Macro Caption #5", "5NN"}, {"Macro BackColor #5", "red"},
+        {"Macro Caption #6", "TU"}});
+  EXPECT_EQ(p.btnf[4].Caption(), "QRZ");
+  EXPECT_EQ(p.btnf[5].Caption(), "5NN");  // its keys before the bad one
+  EXPECT_EQ(p.btnf[5].BackColor(), 0);
+  EXPECT_EQ(p.btnf[6].Caption(), "");
+  EXPECT_EQ(pump.calls, 4);
+}
 
 }  // namespace
 }  // namespace vantrel::settings

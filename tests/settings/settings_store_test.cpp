@@ -1,10 +1,15 @@
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
+#include <filesystem>
+#include <fstream>
+#include <optional>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <string_view>
 
-#include "platform/memory/memory_profile_file.h"
+#include "platform/linux/ini_profile_file.h"
 #include "settings/settings_store.h"
 
 namespace vantrel::settings {
@@ -39,39 +44,138 @@ TEST(SectionOf, PutsTheKeyerKeysInTheirSectionInAnyCase) {
   EXPECT_STREQ(SectionOf("Paddle Only SideTone"), kKeyerSection);
   EXPECT_STREQ(SectionOf("SideTone"), kMainSection);
   EXPECT_STREQ(SectionOf("WPM"), kMainSection);
+  EXPECT_STREQ(SectionOf("Macro Caption #12"), kMainSection);
   EXPECT_STREQ(SectionOf("WinKey"), kMainSection);
   EXPECT_STREQ(SectionOf("WinKey Port "), kMainSection);
   EXPECT_STREQ(SectionOf(""), kMainSection);
 }
 
-class SettingsStoreTest : public ::testing::Test {
- protected:
-  platform::memory::MemoryProfileFile file;
-  SettingsStore store{file};
+class FixedClock : public platform::WallClock {
+ public:
+  platform::LocalTime Now() override { return now; }
+  platform::LocalTime now{2026, 11, 17, 21, 5, 9};
 };
 
-TEST_F(SettingsStoreTest, ReadsThroughTheCurrentSection) {
+// The store over real files in a fresh directory, as the program finds its own.
+class SettingsStoreTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-store-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    dir_ = pattern;
+  }
+  void TearDown() override { std::filesystem::remove_all(dir_); }
+
+  std::string Contents(const std::string& name) const {
+    std::ifstream in(dir_ + "/" + name, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+  }
+  void Put(const std::string& name, const std::string& text) const {
+    std::ofstream(dir_ + "/" + name, std::ios::binary) << text;
+  }
+  // A fresh start of the program, as with a new process.
+  SettingsStore& Start(const std::string& commandLine = "") {
+    store_.emplace(files_, clock_);
+    store_->LocateSettingsFile(dir_, commandLine);
+    return *store_;
+  }
+
+  platform::linuxos::IniProfileFile files_;
+  FixedClock clock_;
+  std::optional<SettingsStore> store_;
+  std::string dir_;
+};
+
+TEST_F(SettingsStoreTest, FirstStartMakesAFileHoldingOnlyTheStamp) {
+  SettingsStore& store = Start();
+  EXPECT_EQ(store.SettingsFilePath, dir_ + "/Vantrel.INI");
+  EXPECT_EQ(store.SettingsBufferSize, 2000);
+  EXPECT_EQ(Contents("Vantrel.INI"), "[Initialized]\nCreate Date/Time=21:05:09 November 17, 2026\n");
+  EXPECT_EQ(store.ReadSetting("WPM", "20"), "20");
+}
+
+TEST_F(SettingsStoreTest, NewProfileStartsAsAStampedCopyOfTheDefaultOne) {
+  Put("Vantrel.INI",
+      "[FrmVantrel Settings]\r\nWPM=32\r\n[Initialized]\r\nCreate Date/Time=01:02:03 May 04, 2020\r\n");
+  SettingsStore& store = Start("contest");
+  EXPECT_EQ(store.SettingsFilePath, dir_ + "/contestVantrel.INI");
+  EXPECT_EQ(Contents("contestVantrel.INI"),
+            "[FrmVantrel Settings]\r\nWPM=32\r\n[Initialized]\r\nCreate Date/Time=21:05:09 November 17, 2026\r\n");
+  EXPECT_EQ(store.ReadSetting("WPM", "20"), "32");
+  EXPECT_NE(Contents("Vantrel.INI").find("May 04, 2020"), std::string::npos);
+
+  // Found the second time: neither copied again nor stamped again.
+  const std::string made = Contents("contestVantrel.INI");
+  Put("Vantrel.INI", "[FrmVantrel Settings]\nWPM=40\n");
+  clock_.now = {2027, 1, 2, 3, 4, 5};
+  Start("contest");
+  EXPECT_EQ(Contents("contestVantrel.INI"), made);
+}
+
+TEST_F(SettingsStoreTest, ProfileWithoutADefaultFileIsMadeByTheStampAlone) {
+  Start("dx");
+  EXPECT_EQ(Contents("dxVantrel.INI"), "[Initialized]\nCreate Date/Time=21:05:09 November 17, 2026\n");
+  EXPECT_FALSE(std::filesystem::exists(dir_ + "/Vantrel.INI"));
+}
+
+TEST_F(SettingsStoreTest, ExistingDefaultFileIsLeftAsItIs) {
+  Put("Vantrel.INI", "[FrmVantrel Settings]\nWPM=25\n");
+  Start();
+  EXPECT_EQ(Contents("Vantrel.INI"), "[FrmVantrel Settings]\nWPM=25\n");
+}
+
+struct StampCase {
+  platform::LocalTime time;
+  std::string text;
+};
+std::ostream& operator<<(std::ostream& out, const StampCase& c) { return out << c.text; }
+
+class StampFormat : public SettingsStoreTest, public ::testing::WithParamInterface<StampCase> {};
+
+TEST_P(StampFormat, IsTwentyFourHourTimeThenTheFullMonthName) {
+  clock_.now = GetParam().time;
+  Start();
+  EXPECT_EQ(Contents("Vantrel.INI"), "[Initialized]\nCreate Date/Time=" + GetParam().text + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Times, StampFormat,
+    ::testing::Values(StampCase{{2026, 11, 17, 21, 5, 9}, "21:05:09 November 17, 2026"},
+                      StampCase{{2027, 1, 3, 7, 4, 0}, "07:04:00 January 03, 2027"},
+                      StampCase{{2026, 12, 31, 0, 0, 0}, "00:00:00 December 31, 2026"},
+                      StampCase{{2028, 9, 9, 23, 59, 59}, "23:59:59 September 09, 2028"}));
+
+TEST_F(SettingsStoreTest, ReadsThroughTheCurrentSectionWhateverTheCase) {
+  SettingsStore& store = Start();
+  store.WriteSetting(kMainSection, "Sidetone", "ON");
   store.WriteSetting(kMainSection, "WinKey Speed", "20");
   store.WriteSetting(kKeyerSection, "WinKey Speed", "30");
+  ASSERT_EQ(store.SettingsSection, kMainSectionRead);
+  EXPECT_EQ(store.ReadSetting("SideTone", "OFF"), "ON");
   EXPECT_EQ(store.ReadSetting("WinKey Speed", "0"), "20");
   store.SettingsSection = kKeyerSection;
-  EXPECT_EQ(store.ReadSetting("WinKey Speed", "0"), "30");
+  EXPECT_EQ(store.ReadSetting("winkey speed", "0"), "30");
   EXPECT_EQ(store.ReadSetting("WPM", " 25 "), "25");
 }
 
 TEST_F(SettingsStoreTest, LongValueReadsBackAsItsFirst1999Characters) {
+  SettingsStore& store = Start();
   std::string value(2500, 'E');
   value[1998] = 'T';
   value[1999] = 'X';
-  store.WriteSetting(kMainSection, "Text", value);
-  EXPECT_EQ(store.ReadSetting("Text", ""), value.substr(0, 1999));
-  store.WriteSetting(kMainSection, "Text", value.substr(0, 1999));
-  EXPECT_EQ(store.ReadSetting("Text", ""), value.substr(0, 1999));
+  store.WriteSetting(kMainSection, "Macro #1", value);
+  EXPECT_EQ(store.ReadSetting("Macro #1", ""), value.substr(0, 1999));
+  store.WriteSetting(kMainSection, "Macro #1", value.substr(0, 1999));
+  EXPECT_EQ(store.ReadSetting("Macro #1", ""), value.substr(0, 1999));
 }
 
 TEST_F(SettingsStoreTest, LeadingBlanksAreNotReadBack) {
-  store.WriteSetting(kMainSection, "Keying", "   MOX");
-  EXPECT_EQ(store.ReadSetting("Keying", "VOX"), "MOX");
+  SettingsStore& store = Start();
+  store.WriteSetting(kMainSection, "PTT Delay", "   150");
+  EXPECT_EQ(store.ReadSetting("PTT Delay", "100"), "150");
+  EXPECT_NE(Contents("Vantrel.INI").find("PTT Delay=   150"), std::string::npos);
 }
 
 }  // namespace

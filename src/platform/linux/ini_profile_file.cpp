@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <optional>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "vb/vb.h"
@@ -23,12 +22,13 @@ std::string_view TrimBlanks(std::string_view text) {
   return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-// Empty for a missing file; nothing when the file is there but unreadable,
-// so that a write never replaces a file it could not read.
-std::optional<std::string> ReadWhole(const std::string& path) {
+// Nothing when the file is there but unreadable, so that a write never
+// replaces a file it could not read; a missing file reads as empty only
+// where the caller says so.
+std::optional<std::string> ReadWhole(const std::string& path, bool missingIsEmpty = true) {
   const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (fd < 0) {
-    if (errno == ENOENT) return std::string();
+    if (errno == ENOENT && missingIsEmpty) return std::string();
     return std::nullopt;
   }
   std::string text;
@@ -145,22 +145,24 @@ bool WriteAll(int fd, const std::string& text) {
   return true;
 }
 
-void ReplaceFile(const std::string& path, const std::string& text) {
+// Writes a temporary file beside `path` and renames it over, so that a crash
+// leaves the old file or the new one, whole. False when `path` is unchanged.
+bool ReplaceFile(const std::string& path, const std::string& text, mode_t newMode) {
   const size_t slash = path.rfind('/');
   const std::string dir = slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
   const std::string base = slash == std::string::npos ? path : path.substr(slash + 1);
 
   struct stat existing {};
-  const mode_t mode = ::stat(path.c_str(), &existing) == 0 ? (existing.st_mode & 07777) : 0644;
+  const mode_t mode = ::stat(path.c_str(), &existing) == 0 ? (existing.st_mode & 07777) : newMode;
 
   std::string temp = dir + "/." + base + ".XXXXXX";
   const int fd = ::mkostemp(temp.data(), O_CLOEXEC);
-  if (fd < 0) return;
+  if (fd < 0) return false;
   bool ok = ::fchmod(fd, mode) == 0 && WriteAll(fd, text) && ::fsync(fd) == 0;
   ok = ::close(fd) == 0 && ok;
   if (!ok || ::rename(temp.c_str(), path.c_str()) != 0) {
     ::unlink(temp.c_str());
-    return;
+    return false;
   }
   // The rename itself is only durable once the directory is.
   const int dirFd = ::open(dir.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -168,16 +170,22 @@ void ReplaceFile(const std::string& path, const std::string& text) {
     ::fsync(dirFd);
     ::close(dirFd);
   }
+  return true;
+}
+
+// Replacing a link would cut it off from its target; write through it instead.
+std::string ThroughLinks(const std::string& path) {
+  if (char resolved[PATH_MAX]; ::realpath(path.c_str(), resolved) != nullptr) return resolved;
+  return path;
 }
 
 }  // namespace
 
-IniProfileFile::IniProfileFile(std::string path) : path_(std::move(path)) {}
-
 std::string IniProfileFile::GetPrivateProfileString(const std::string& section, const std::string& key,
-                                                    const std::string& fallback, int size) {
+                                                    const std::string& fallback, int size,
+                                                    const std::string& file) {
   std::string value(TrimBlanks(fallback));
-  if (const std::optional<std::string> text = ReadWhole(path_)) {
+  if (const std::optional<std::string> text = ReadWhole(file)) {
     const std::vector<Line> lines = SplitLines(*text);
     if (const auto span = FindSection(lines, section)) {
       if (const auto at = FindKey(lines, *span, key)) value = std::string(Parse(lines[*at].Body()).value);
@@ -188,11 +196,8 @@ std::string IniProfileFile::GetPrivateProfileString(const std::string& section, 
 }
 
 void IniProfileFile::WritePrivateProfileString(const std::string& section, const std::string& key,
-                                               const std::string& value) {
-  // Replacing a link would cut it off from its target; write through it instead.
-  std::string target = path_;
-  if (char resolved[PATH_MAX]; ::realpath(path_.c_str(), resolved) != nullptr) target = resolved;
-
+                                               const std::string& value, const std::string& file) {
+  const std::string target = ThroughLinks(file);
   const std::optional<std::string> text = ReadWhole(target);
   if (!text) return;
   std::vector<Line> lines = SplitLines(*text);
@@ -221,7 +226,19 @@ void IniProfileFile::WritePrivateProfileString(const std::string& section, const
   std::string out;
   out.reserve(text->size() + key.size() + clean.size() + section.size() + 8);
   for (const Line& line : lines) out += line.text;
-  ReplaceFile(target, out);
+  ReplaceFile(target, out, 0644);
+}
+
+bool IniProfileFile::FileExists(const std::string& file) {
+  struct stat info {};
+  return ::stat(file.c_str(), &info) == 0;
+}
+
+bool IniProfileFile::CopyFile(const std::string& from, const std::string& to) {
+  struct stat source {};
+  if (::stat(from.c_str(), &source) != 0 || !S_ISREG(source.st_mode)) return false;
+  const std::optional<std::string> text = ReadWhole(from, false);
+  return text && ReplaceFile(ThroughLinks(to), *text, source.st_mode & 07777);
 }
 
 }  // namespace vantrel::platform::linuxos

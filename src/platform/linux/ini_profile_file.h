@@ -1,4 +1,4 @@
-// The settings store's profile file as a real INI file on disk. Every call
+// The settings store's profile files as real INI files on disk. Every call
 // goes to the disk: a setting is written the moment it changes, and a hand
 // edit made between runs must be seen.
 #pragma once
@@ -11,18 +11,18 @@ namespace vantrel::platform::linuxos {
 
 class IniProfileFile : public ProfileFile {
  public:
-  explicit IniProfileFile(std::string path);
-
   std::string GetPrivateProfileString(const std::string& section, const std::string& key,
-                                      const std::string& fallback, int size) override;
+                                      const std::string& fallback, int size,
+                                      const std::string& file) override;
   // Changes only the one line and leaves every other byte as it was. The new
   // file replaces the old by rename, so a crash leaves one or the other whole.
   // A failure is dropped: the keyer has no use for it.
   void WritePrivateProfileString(const std::string& section, const std::string& key,
-                                 const std::string& value) override;
-
- private:
-  std::string path_;
+                                 const std::string& value, const std::string& file) override;
+  // Anything at the path counts, as opening it for input would find it.
+  bool FileExists(const std::string& file) override;
+  // By rename, as a write is: `to` is the old file or the whole copy, never half.
+  bool CopyFile(const std::string& from, const std::string& to) override;
 };
 
 }  // namespace vantrel::platform::linuxos

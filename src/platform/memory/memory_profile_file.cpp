@@ -13,8 +13,9 @@ std::string TrimBlanks(const std::string& text) {
 
 }  // namespace
 
-MemoryProfileFile::Section* MemoryProfileFile::Find(const std::string& section) {
-  for (Section& s : sections_) {
+MemoryProfileFile::Section* MemoryProfileFile::Find(Sections& sections,
+                                                    const std::string& section) {
+  for (Section& s : sections) {
     if (vb::SameText(s.name, section)) return &s;
   }
   return nullptr;
@@ -22,9 +23,11 @@ MemoryProfileFile::Section* MemoryProfileFile::Find(const std::string& section) 
 
 std::string MemoryProfileFile::GetPrivateProfileString(const std::string& section,
                                                        const std::string& key,
-                                                       const std::string& fallback, int size) {
+                                                       const std::string& fallback, int size,
+                                                       const std::string& file) {
   std::string value = fallback;
-  if (const Section* s = Find(section)) {
+  const auto found = files_.find(file);
+  if (const Section* s = found == files_.end() ? nullptr : Find(found->second, section)) {
     for (const auto& [name, stored] : s->entries) {
       if (vb::SameText(name, key)) {
         value = stored;
@@ -39,9 +42,11 @@ std::string MemoryProfileFile::GetPrivateProfileString(const std::string& sectio
 
 void MemoryProfileFile::WritePrivateProfileString(const std::string& section,
                                                   const std::string& key,
-                                                  const std::string& value) {
-  Section* s = Find(section);
-  if (!s) s = &sections_.emplace_back(Section{section, {}});
+                                                  const std::string& value,
+                                                  const std::string& file) {
+  Sections& sections = files_[file];
+  Section* s = Find(sections, section);
+  if (!s) s = &sections.emplace_back(Section{section, {}});
   for (auto& [name, stored] : s->entries) {
     if (vb::SameText(name, key)) {
       stored = value;
@@ -49,6 +54,23 @@ void MemoryProfileFile::WritePrivateProfileString(const std::string& section,
     }
   }
   s->entries.emplace_back(key, value);
+}
+
+bool MemoryProfileFile::FileExists(const std::string& file) { return files_.contains(file); }
+
+bool MemoryProfileFile::CopyFile(const std::string& from, const std::string& to) {
+  const auto source = files_.find(from);
+  if (source == files_.end()) return false;
+  files_[to] = source->second;
+  return true;
+}
+
+std::vector<std::string> MemoryProfileFile::SectionNames(const std::string& file) const {
+  std::vector<std::string> names;
+  if (const auto found = files_.find(file); found != files_.end()) {
+    for (const Section& s : found->second) names.push_back(s.name);
+  }
+  return names;
 }
 
 }  // namespace vantrel::platform::memory
