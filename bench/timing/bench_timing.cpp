@@ -32,6 +32,7 @@ using platform::linuxos::PriorityRaise;
 using platform::linuxos::WaitMode;
 
 constexpr int16_t kEnglish = 1033;
+constexpr const char* kSettingsFolder = "/bench";
 constexpr int32_t kPttDelayMs = 100;
 constexpr double kDash = 3, kLetterSpace = 3, kWordSpace = 7;
 constexpr int kSpeeds[] = {20, 40, 60};
@@ -132,7 +133,7 @@ struct Run {
 };
 
 void Score(const TimingRig& rig, const std::string& text, int wpm, Run& run) {
-  const std::vector<Edge>& edges = rig.lines.edges;
+  const std::vector<Edge>& edges = rig.port.edges;
   const std::vector<int64_t> ideal = IdealEdges(text, wpm);
   run.edges = edges.size();
   run.idealEdges = ideal.size();
@@ -156,6 +157,7 @@ void Score(const TimingRig& rig, const std::string& text, int wpm, Run& run) {
 
 void Configure(app::Vantrel& keyer, int wpm) {
   const char* section = "frmVantrel Settings";
+  keyer.store.LocateSettingsFile(kSettingsFolder, "");
   keyer.store.WriteSetting(section, "WPM", std::to_string(wpm));
   keyer.store.WriteSetting(section, "Dash Length", "3");
   keyer.store.WriteSetting(section, "Letter Space", "3");
@@ -169,10 +171,10 @@ void Configure(app::Vantrel& keyer, int wpm) {
 // Typing the text into the box starts the transmission; the change event
 // returns when SendLoop has sent all of it.
 void Send(TimingRig& rig, int wpm, const std::string& text) {
-  app::Vantrel keyer(rig.platform());
+  app::Vantrel keyer(rig.platform(), {kSettingsFolder, ""});
   Configure(keyer, wpm);
-  keyer.form.Form_Load(kEnglish);
-  rig.CWTextBox.SetText(text);
+  keyer.form.Form_Load();
+  rig.p.CWTextBox.SetText(text);
 }
 
 // The scheduler lives across runs, as it lives the whole session in the

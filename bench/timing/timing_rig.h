@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -20,18 +21,27 @@ struct Edge {
   bool down;
 };
 
-class EdgeRecorder final : public platform::KeyLines {
+// The parallel port's control register, stamping every change of the key
+// bit. The bit is inverted on the port: clear is key down.
+class EdgeRecorder final : public platform::ParallelPort {
  public:
+  static constexpr int16_t kKeyBit = 8;
+
   explicit EdgeRecorder(NowNs now) : now_(std::move(now)) { edges.reserve(8192); }
-  void KeyLineDown() override { edges.push_back({now_(), true}); }
-  void KeyLineUp() override { edges.push_back({now_(), false}); }
-  void PTTLineOn() override {}
-  void PTTLineOff() override {}
+  int16_t Inp32(int16_t /*port*/) override { return register_; }
+  void Out32(int16_t /*port*/, int16_t value) override {
+    if ((register_ ^ value) & kKeyBit) edges.push_back({now_(), (value & kKeyBit) == 0});
+    register_ = value;
+  }
+  void Release() override {}
+  std::string Error() const override { return {}; }
+  void ClearError() override {}
 
   std::vector<Edge> edges;
 
  private:
   NowNs now_;
+  int16_t register_ = 0x0C;
 };
 
 // The keyer tells the logger a transmission has begun as it begins one: that
@@ -55,45 +65,19 @@ class StartMarker final : public platform::LoggerLink {
 
 struct TimingRig {
   TimingRig(platform::Scheduler& scheduler, NowNs now)
-      : scheduler(scheduler), now(std::move(now)) {}
+      : scheduler(scheduler), port(now), link(std::move(now)) {}
 
   platform::Scheduler& scheduler;
-  NowNs now;
-  // The pump's own clock stands still: no timer fires inside a measured wait.
-  platform::memory::VirtualClock pumpClock;
-  platform::memory::Trace trace{[this] { return static_cast<double>(now()) / 1e6; }};
-  platform::memory::EventQueue queue{pumpClock};
-  platform::memory::MemoryProfileFile profile;
-
-  platform::memory::MemoryTextBox CWTextBox{trace};
-  platform::memory::MemoryMenuItem mnuTX{trace, "mnuTX"};
-  platform::memory::MemoryMenuItem mnuAbort{trace, "mnuAbort"};
-  platform::memory::MemoryMenuItem mnuConfig{trace, "mnuConfig"};
-  platform::memory::MemoryMenuItem mnuView{trace, "mnuView"};
-  platform::memory::MemoryMenuItem mnuKeying{trace, "mnuKeying"};
-  platform::memory::MemoryMenuItem mnuVOX{trace, "mnuVOX"};
-  platform::memory::MemoryMenuItem mnuMOX{trace, "mnuMOX"};
-  platform::memory::MemoryMenuItem mnuWinKey{trace, "mnuWinKey"};
-  platform::memory::MemoryMenuItem mnuWinKey2{trace, "mnuWinKey2"};
-  platform::memory::MemoryMenuItem mnuSoftwareKeyer{trace, "mnuSoftwareKeyer"};
-  platform::memory::MemoryControl cmbPrevious;
-  platform::memory::MemoryStatusPanel sBar{trace};
-  platform::memory::MemoryTimer Timer1{queue};
-
-  EdgeRecorder lines{now};
-  platform::memory::RecordingTone tone{trace};
-  StartMarker link{now};
-  platform::memory::RecordingWinKey winkey{trace};
-  platform::memory::RecordingMacroLoop macroLoop;
-  platform::memory::RecordingCalibration calibration;
-
-  platform::MainWindowControls controls{
-      CWTextBox, mnuTX,     mnuAbort,   mnuConfig,        mnuView,     mnuKeying, mnuVOX,
-      mnuMOX,    mnuWinKey, mnuWinKey2, mnuSoftwareKeyer, cmbPrevious, sBar,      Timer1};
+  // Controls, files and a pump whose own clock stands still: no timer fires
+  // inside a measured wait.
+  platform::memory::MemoryPlatform p;
+  EdgeRecorder port;
+  StartMarker link;
 
   platform::Platform platform() {
-    return platform::Platform{controls, scheduler, queue,  profile,   lines,
-                              tone,     link,      winkey, macroLoop, calibration};
+    return platform::Platform{p.controls,  scheduler,   p.queue,     p.profile, p.wallClock,
+                              p.language,  port,        p.cwControl, p.linkChannel, p.tone,
+                              link,        p.winkey,    p.macroLoop, p.calibration};
   }
 };
 

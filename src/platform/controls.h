@@ -14,19 +14,51 @@ class Control {
   virtual ~Control() = default;
   virtual bool Enabled() const = 0;
   virtual void SetEnabled(bool enabled) = 0;
+  virtual bool Visible() const = 0;
+  virtual void SetVisible(bool visible) = 0;
 };
 
 class MenuItem : public Control {
  public:
   virtual bool Checked() const = 0;
   virtual void SetChecked(bool checked) = 0;
-};
-
-class StatusPanel {
- public:
-  virtual ~StatusPanel() = default;
   virtual std::string Caption() const = 0;
   virtual void SetCaption(const std::string& caption) = 0;
+};
+
+// A panel with a caption, such as the row that shows the speed.
+class StatusPanel : public Control {
+ public:
+  virtual std::string Caption() const = 0;
+  virtual void SetCaption(const std::string& caption) = 0;
+  virtual Colour ForeColor() const = 0;
+  virtual void SetForeColor(Colour colour) = 0;
+};
+
+class CommandButton : public Control {
+ public:
+  virtual void SetCaption(const std::string& caption) = 0;
+  virtual void SetBackColor(Colour colour) = 0;
+  virtual void SetForeColor(Colour colour) = 0;
+  virtual void SetFontBold(bool bold) = 0;
+};
+
+// Controls that share a name and differ by index, such as the macro buttons.
+template <typename T>
+class ControlArray {
+ public:
+  virtual ~ControlArray() = default;
+  virtual T& operator[](int16_t index) = 0;
+};
+
+// The two pictures a line indicator can show: the line active or idle.
+enum class Picture { Green, Red };
+
+class PictureBox {
+ public:
+  virtual ~PictureBox() = default;
+  virtual Picture Shown() const = 0;
+  virtual void SetPicture(Picture picture) = 0;
 };
 
 // A timer with the old rule that an interval of 0 never fires, even enabled.

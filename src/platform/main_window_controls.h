@@ -2,13 +2,23 @@
 // front end (the Qt window, the in-memory one) fills this with its own.
 #pragma once
 
+#include <vector>
+
 #include "platform/controls.h"
 #include "platform/text_box.h"
+#include "platform/window.h"
 
 namespace vantrel::platform {
 
 struct MainWindowControls {
+  Window& frmVantrel;
+
   TextBox& CWTextBox;
+  TextBox& CallsignField;
+  TextBox& NameField;
+  TextBox& SRXField;
+  Control& cmbPrevious;
+
   MenuItem& mnuTX;
   MenuItem& mnuAbort;
   MenuItem& mnuConfig;
@@ -16,12 +26,35 @@ struct MainWindowControls {
   MenuItem& mnuKeying;
   MenuItem& mnuVOX;
   MenuItem& mnuMOX;
+  MenuItem& mnuDedicatedSerialPort;
   MenuItem& mnuWinKey;
   MenuItem& mnuWinKey2;
   MenuItem& mnuSoftwareKeyer;
-  Control& cmbPrevious;
+  MenuItem& mnuOnTop;
+  MenuItem& mFkeys;
+  MenuItem& mAFkeys;
+  MenuItem& mSFkeys;
+  MenuItem& mnuShowCallsign;
+  MenuItem& mnuShowSRX;
+  MenuItem& mnuSend0as0;
+  MenuItem& mnuSend0asT;
+  MenuItem& mnuSend0asO;
+  MenuItem& mnuVersion;
+
+  // The three rows of macro buttons, ALT, SHIFT and plain F keys.
+  Control& ElasticOne1;
+  Control& ElasticOne2;
+  Control& ElasticOne3;
+  ControlArray<CommandButton>& btnf;
   StatusPanel& sBar;
+
+  PictureBox& KeyBox;
+  PictureBox& PTTBox;
   Timer& Timer1;
+
+  // Every control of the window in its design order; the language tables
+  // number the menu captions by this order.
+  std::vector<Control*> Controls;
 };
 
 }  // namespace vantrel::platform

@@ -1,5 +1,5 @@
-// What the sending core calls in the subsystems around it: the key and PTT
-// lines, the sound, the logger, a WinKey chip, the macro loop and the speed
+// What the sending core and the main window call in the subsystems around
+// them: the sound, the logger, a WinKey chip, the macro loop and the speed
 // calibration. Each is an interface so the core runs, and is tested, alone.
 #pragma once
 
@@ -8,19 +8,13 @@
 
 namespace vantrel::platform {
 
-class KeyLines {
- public:
-  virtual ~KeyLines() = default;
-  virtual void KeyLineDown() = 0;
-  virtual void KeyLineUp() = 0;
-  virtual void PTTLineOn() = 0;
-  virtual void PTTLineOff() = 0;
-};
-
-// Starts and stops the prepared sidetone; the measuring around it is the core's.
+// The sidetone's sound objects, made at start-up and released at the end;
+// on and off are the key's, the measuring around them the core's.
 class ToneOutput {
  public:
   virtual ~ToneOutput() = default;
+  virtual void CreateSidetone() = 0;
+  virtual void ReleaseSidetone() = 0;
   virtual void ToneOn() = 0;
   virtual void ToneOff() = 0;
 };
@@ -42,6 +36,9 @@ class WinKeyLink {
   // Bytes go out as they are: text characters and command bytes alike.
   virtual void WriteWinKey(const std::string& bytes) = 0;
   virtual void StartWinKeyRun() = 0;
+  virtual void OpenWinKeyPort() = 0;
+  // Sends the host close if the chip is open.
+  virtual void CloseWinKeyHost() = 0;
 };
 
 class MacroLoop {

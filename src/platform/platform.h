@@ -3,10 +3,14 @@
 #pragma once
 
 #include "platform/event_pump.h"
+#include "platform/language.h"
+#include "platform/link_channel.h"
 #include "platform/main_window_controls.h"
 #include "platform/neighbours.h"
+#include "platform/ports.h"
 #include "platform/profile_file.h"
 #include "platform/scheduler.h"
+#include "platform/wall_clock.h"
 
 namespace vantrel::platform {
 
@@ -15,7 +19,11 @@ struct Platform {
   Scheduler& scheduler;
   EventPump& pump;
   ProfileFile& profile;
-  KeyLines& lines;
+  WallClock& wallClock;
+  Language& language;
+  ParallelPort& parallel;
+  SerialPort& cwControl;
+  LinkChannel& linkChannel;
   ToneOutput& tone;
   LoggerLink& link;
   WinKeyLink& winkey;

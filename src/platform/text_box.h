@@ -9,10 +9,8 @@
 
 namespace vantrel::platform {
 
-class TextBox {
+class TextBox : public Control {
  public:
-  virtual ~TextBox() = default;
-
   virtual std::string Text() const = 0;
   virtual void SetText(const std::string& text) = 0;
 
@@ -27,6 +25,16 @@ class TextBox {
 
   virtual void SetRedraw(bool on) = 0;
   virtual void Refresh() = 0;
+
+  virtual Colour BackColor() const = 0;
+  virtual void SetBackColor(Colour colour) = 0;
+  virtual void SetFontName(const std::string& name) = 0;
+  virtual void SetFontSize(float points) = 0;
+  virtual void SetFontBold(bool bold) = 0;
+  virtual void SetFontItalic(bool italic) = 0;
+  // Width 0 is how a field hides.
+  virtual void SetWidth(float twips) = 0;
+  virtual void SetFocus() = 0;
 
   // Runs after every change of the text, whoever made it.
   virtual void OnChange(std::function<void()> handler) = 0;

@@ -57,9 +57,20 @@ struct CwState {
   int32_t LoopDelay = 0;
   bool ReceiveAfterSend = false;
   bool LogAfterSend = false;
-  bool WinKeyAnalogSpeed = false;
-  bool WinKeyHoldRadioPolling = false;
   int16_t LanguageId = 0;
+  double SidetoneFrequency = 0;
+
+  // The software keyer's port: parallel, the logger's serial port, or else
+  // the dedicated serial port.
+  bool UseParallel = false;
+  bool UseSharedSerial = false;
+  std::string DedicatedSerialPort;
+  int32_t LptBaseAddress = 0;
+  // Set when the parallel port is first prepared, kept across route changes.
+  int32_t ControlPortAddress = 0;
+  int16_t KeyMask = 0;
+  int16_t PTTMask = 0;
+  int16_t SharedComNumber = 0;
 
   platform::Colour TransmittedColor = 0;
   platform::Colour TransmittingColor = 255;

@@ -61,7 +61,7 @@ void SendingCore::ChangeSpeedByMarks(int16_t position, unsigned char mark, int16
     box.SetSelText("");
     if (!WinKeyRoute()) {
       ShowSpeed(cw_.WPM);
-    } else if (!cw_.WinKeyAnalogSpeed) {
+    } else if (!n_.winKeySettings.WinKeyAnalogSpeed) {
       // With the speed on the chip's own knob, the text's marks are not its business.
       SendWinKeySpeed(cw_.WPM);
       ShowSpeed(cw_.WPM);
@@ -158,6 +158,8 @@ void SendingCore::SendLoop(int16_t& startPosition) {
   cw_.CurrentCode = CharToMorse(cw_.CurrentChar[0], cw_.LanguageId);
   while (!cw_.StopSending) {
     SendCharacter();
+    // Stopped from inside the character: what the box holds now is not the queue.
+    if (cw_.StopSending) break;
     cw_.TimerStart = scheduler_.QueryPerformanceCounter();
     cw_.CurrentChar.clear();
     NextCharacter(position);
@@ -177,6 +179,8 @@ void SendingCore::SendLoop(int16_t& startPosition) {
     ++position;
   }
   cw_.InSendLoop = false;
+  // Stopped where its port failed, with the report in the box to keep.
+  if (n_.lines.TakePortLost()) return;
 
   if (cw_.StartPending) {
     // Drained after an Abort, which has ended the transmission already; ending

@@ -15,6 +15,8 @@
 #include "platform/scheduler.h"
 #include "sending/cw_state.h"
 #include "sending/fixed_ms.h"
+#include "sending/key_lines.h"
+#include "winkey/winkey_settings.h"
 
 namespace vantrel::sending {
 
@@ -27,7 +29,8 @@ class SettingWriter {
 };
 
 struct SendingNeighbours {
-  platform::KeyLines& lines;
+  KeyLineDriver& lines;
+  const winkey::WinKeySettings& winKeySettings;
   platform::ToneOutput& tone;
   platform::LoggerLink& link;
   platform::WinKeyLink& winkey;
@@ -67,6 +70,9 @@ class SendingCore {
   // Transmit and receive.
   void StartTransmission();
   void EndTransmission();
+  // Ends a transmission from inside it, as a close request or a lost port
+  // does: the loop on the stack sees StopSending and unwinds.
+  void StopTransmission();
   void EnableIdleControls();
   void DisableIdleControls();
   void ShowSpeed(int16_t speed);

@@ -54,6 +54,13 @@ void SendingCore::EndTransmission() {
   }
 }
 
+void SendingCore::StopTransmission() {
+  EndTransmission();
+  c_.CWTextBox.SetText("");
+  cw_.StopSending = true;
+  EnableIdleControls();
+}
+
 void SendingCore::EnableIdleControls() {
   c_.mnuTX.SetEnabled(true);
   c_.mnuAbort.SetEnabled(false);
@@ -114,8 +121,8 @@ void SendingCore::mnuabort_click() {
   if (cw_.TuneActive) mnuTune_Click();
   if (WinKeyRoute()) {
     cw_.Transmitting = false;
-    if (cw_.WinKeyHoldRadioPolling) n_.link.PostLink(kHoldRadioPolling, 0);
-    if (!cw_.WinKeyAnalogSpeed) SendWinKeySpeed(cw_.SavedWPM);
+    if (n_.winKeySettings.WinKeyHoldRadioPolling) n_.link.PostLink(kHoldRadioPolling, 0);
+    if (!n_.winKeySettings.WinKeyAnalogSpeed) SendWinKeySpeed(cw_.SavedWPM);
   } else {
     cw_.WPM = cw_.SavedWPM;
     ShowSpeed(cw_.WPM);

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdio>
 #include <limits>
 #include <string>
 #include <system_error>
@@ -369,6 +370,12 @@ bool SameText(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
     return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
   });
+}
+
+std::string CStr(float value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.7G", static_cast<double>(value));
+  return text;
 }
 
 }  // namespace vantrel::vb

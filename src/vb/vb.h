@@ -39,6 +39,10 @@ double Val(std::string_view text);
 // of the point shows the whole part there.
 std::string Format(double value, std::string_view pattern);
 
+// A single-precision value as text, as CStr writes it: up to 7 significant
+// digits, no trailing zeros, "E+07" style for exponents.
+std::string CStr(float value);
+
 // Text comparison without regard to case, as setting and section names compare.
 bool SameText(std::string_view a, std::string_view b);
 

@@ -38,8 +38,8 @@ TEST_F(ElementTiming, DashWaitsThreeDotsAndWordTakesSevenInAll) {
   Start({{"Slow Typing", "OFF"}});
   At(0, [&] { p.CWTextBox.SetText("T E"); });
   Run();
-  const auto downs = TimesOf("key down");
-  const auto ups = TimesOf("key up");
+  const auto downs = TimesOf("keybox green");
+  const auto ups = TimesOf("keybox red");
   ASSERT_EQ(downs.size(), 2u);
   EXPECT_DOUBLE_EQ(downs[0], 100);           // after the PTT lead delay
   EXPECT_DOUBLE_EQ(ups[0] - downs[0], 180);  // the dash
@@ -50,8 +50,8 @@ TEST_F(ElementTiming, ElementGapIsOneDotAndNoneFollowsTheLastElement) {
   Start({{"Slow Typing", "OFF"}, {"WPM", "40"}});
   At(0, [&] { p.CWTextBox.SetText("IE"); });
   Run();
-  const auto downs = TimesOf("key down");
-  const auto ups = TimesOf("key up");
+  const auto downs = TimesOf("keybox green");
+  const auto ups = TimesOf("keybox red");
   ASSERT_EQ(downs.size(), 3u);
   EXPECT_DOUBLE_EQ(downs[1] - ups[0], 30);  // element gap
   EXPECT_DOUBLE_EQ(downs[2] - ups[1], 90);  // letter gap alone: no element gap before it
@@ -61,8 +61,8 @@ TEST_F(ElementTiming, WordSpaceBelowTwoLetterSpacesCostsTwoLetterGaps) {
   Start({{"Slow Typing", "OFF"}, {"Word Space", "5"}});  // 5 < 2 x 3: the "_" wait is negative
   At(0, [&] { p.CWTextBox.SetText("E E"); });
   Run();
-  const auto downs = TimesOf("key down");
-  const auto ups = TimesOf("key up");
+  const auto downs = TimesOf("keybox green");
+  const auto ups = TimesOf("keybox red");
   ASSERT_EQ(downs.size(), 2u);
   const double dot = cw.DotTime;
   EXPECT_DOUBLE_EQ(downs[1] - ups[0], 6 * dot);
@@ -73,8 +73,8 @@ TEST_F(ElementTiming, OverheadLargerThanTheGapSkipsItWithoutWaiting) {
   p.clock.SetReadCost(100'000'000);  // every counter reading costs 100 ms, more than a dot
   At(0, [&] { p.CWTextBox.SetText("I"); });
   Run();
-  const auto downs = TimesOf("key down");
-  const auto ups = TimesOf("key up");
+  const auto downs = TimesOf("keybox green");
+  const auto ups = TimesOf("keybox red");
   ASSERT_EQ(downs.size(), 2u);
   // Only the two readings around the tone's stop lie between: the gap itself is skipped.
   EXPECT_DOUBLE_EQ(downs[1] - ups[0], 200);
@@ -94,7 +94,7 @@ TEST_F(ElementTiming, ToneStartsBeforeTheKeyClosesAndStopsAfterItOpens) {
   At(0, [&] { p.CWTextBox.SetText("E"); });
   Run();
   EXPECT_EQ(EventsStartingWith({"tone", "key"}),
-            (std::vector<std::string>{"tone on", "key down", "key up", "tone off"}));
+            (std::vector<std::string>{"tone on", "keybox green", "keybox red", "tone off"}));
 }
 
 TEST_F(ElementTiming, WaitsOfTwentyMsOrLessNeverPumpEvents) {

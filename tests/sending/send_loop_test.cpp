@@ -21,7 +21,7 @@ TEST_F(SendLoop, TextRunsOutAndTheTransmissionEnds) {
   At(760, [&] { colourOfQ = {p.CWTextBox.ColourAt(0), p.CWTextBox.ColourAt(1)}; });
   Run();
   EXPECT_EQ(colourOfQ, (std::vector<platform::Colour>{kTransmitted, kTransmitting}));
-  EXPECT_EQ(TimesOf("key down").size(), 8u);  // -.-. --.-
+  EXPECT_EQ(TimesOf("keybox green").size(), 8u);  // -.-. --.-
   EXPECT_EQ(p.CWTextBox.Text(), "");
   EXPECT_FALSE(cw.Transmitting);
 }
@@ -31,11 +31,11 @@ TEST_F(SendLoop, SlowTypingHoldsAndResumesAfterAnotherLeadDelay) {
   At(0, [&] { p.CWTextBox.SetText("E"); });
   At(60'000, [&] { Type("E"); });
   Run();
-  const auto downs = TimesOf("key down");
+  const auto downs = TimesOf("keybox green");
   ASSERT_EQ(downs.size(), 2u);
   EXPECT_DOUBLE_EQ(downs[1], 60'000 + 100);
-  EXPECT_EQ(TimesOf("ptt on").size(), 2u);  // raised again on the resume, never dropped
-  EXPECT_TRUE(TimesOf("ptt off").empty());
+  EXPECT_EQ(TimesOf("pttbox green").size(), 2u);  // raised again on the resume, never dropped
+  EXPECT_TRUE(TimesOf("pttbox red").empty());
   EXPECT_EQ(p.CWTextBox.Text(), "EE");
   EXPECT_EQ(p.CWTextBox.ColourAt(1), kTransmitted);
   EXPECT_TRUE(cw.Transmitting);
@@ -49,8 +49,8 @@ TEST_F(SendLoop, JoinMarkGivesOneDotBetweenTheLetters) {
   At(0, [&] { p.CWTextBox.SetText("B^T"); });
   At(650, [&] { shown = p.CWTextBox.Text(); });  // seen at the start of T
   Run();
-  const auto downs = TimesOf("key down");
-  const auto ups = TimesOf("key up");
+  const auto downs = TimesOf("keybox green");
+  const auto ups = TimesOf("keybox red");
   ASSERT_EQ(downs.size(), 5u);
   EXPECT_DOUBLE_EQ(downs[4] - ups[3], 60);
   EXPECT_EQ(shown, "BT");
@@ -63,7 +63,7 @@ TEST_P(MarkAtTheStart, KeysNothingChangesNoSpeedAndStays) {
   p.CWTextBox.SetText(GetParam());
   EXPECT_EQ(p.CWTextBox.Text(), GetParam());
   EXPECT_EQ(cw.WPM, 20);
-  EXPECT_TRUE(TimesOf("key down").empty());
+  EXPECT_TRUE(TimesOf("keybox green").empty());
   EXPECT_TRUE(cw.Transmitting);  // held, waiting for more text
 }
 
@@ -75,8 +75,8 @@ TEST_F(SendLoop, TwoSpeedUpMarksRaiseByFourUntilTheEnd) {
   At(0, [&] { p.CWTextBox.SetText("E\xBB\xBB"
                                    "E"); });
   Run();
-  const auto ups = TimesOf("key up");
-  const auto downs = TimesOf("key down");
+  const auto ups = TimesOf("keybox red");
+  const auto downs = TimesOf("keybox green");
   ASSERT_EQ(downs.size(), 2u);
   EXPECT_DOUBLE_EQ(ups[1] - downs[1], 50);  // 24 WPM
   EXPECT_EQ(EventsStartingWith({"status"}),
@@ -95,8 +95,8 @@ TEST_F(SendLoop, SpeedUpThenSlowDownRaisesByTwoAndTheSlowDownStays) {
   EXPECT_EQ(p.CWTextBox.Text(), "E\xAB"
                                 "E");
   // The slow-down mark took a letter gap of its own, at the new speed.
-  const auto downs = TimesOf("key down");
-  const auto ups = TimesOf("key up");
+  const auto downs = TimesOf("keybox green");
+  const auto ups = TimesOf("keybox red");
   // Both gaps already at 22 WPM: the marks are read before the first gap.
   EXPECT_DOUBLE_EQ(downs[1] - ups[0], 6 * 55);
 }
@@ -105,8 +105,8 @@ TEST_F(SendLoop, CharacterWithoutCodeKeysNothingButCostsALetterGap) {
   Start({{"Slow Typing", "OFF"}});
   At(0, [&] { p.CWTextBox.SetText("E|E"); });
   Run();
-  const auto downs = TimesOf("key down");
-  const auto ups = TimesOf("key up");
+  const auto downs = TimesOf("keybox green");
+  const auto ups = TimesOf("keybox red");
   ASSERT_EQ(downs.size(), 2u);
   EXPECT_DOUBLE_EQ(downs[1] - ups[0], 360);
 }
@@ -115,7 +115,7 @@ TEST_F(SendLoop, NordicLettersKeyOnlyInTheirLanguages) {
   Start({{"Slow Typing", "OFF"}}, 1053);
   At(0, [&] { p.CWTextBox.SetText("\xC4"); });  // Ä
   Run();
-  EXPECT_EQ(TimesOf("key down").size(), 4u);
+  EXPECT_EQ(TimesOf("keybox green").size(), 4u);
 }
 
 TEST_F(SendLoop, AbortInMidCharacterKeysTheRestWithPttAlreadyOff) {
@@ -124,8 +124,8 @@ TEST_F(SendLoop, AbortInMidCharacterKeysTheRestWithPttAlreadyOff) {
   At(100, [&] { core.mnuabort_click(); });  // during M's first dash
   Run();
   EXPECT_EQ(EventsStartingWith({"key", "ptt"}),
-            (std::vector<std::string>{"ptt on", "key down", "ptt off", "key up", "key down",
-                                      "key up", "ptt off"}));  // the loop's own end, again
+            (std::vector<std::string>{"pttbox green", "keybox green", "pttbox red", "keybox red", "keybox green",
+                                      "keybox red", "pttbox red"}));  // the loop's own end, again
   EXPECT_EQ(p.CWTextBox.Text(), "");
   EXPECT_FALSE(cw.Transmitting);
 }
@@ -135,7 +135,7 @@ TEST_F(SendLoop, AbortOnTheLastCharacterSendsNothingMore) {
   At(0, [&] { p.CWTextBox.SetText("TT"); });
   At(400, [&] { core.mnuabort_click(); });  // during the second T
   Run();
-  EXPECT_EQ(TimesOf("key down").size(), 2u);
+  EXPECT_EQ(TimesOf("keybox green").size(), 2u);
   EXPECT_EQ(p.CWTextBox.Text(), "");
 }
 
@@ -147,7 +147,7 @@ TEST_F(SendLoop, TextTypedWhileDrainingAfterAnAbortGoesOutAfterwards) {
     Type("E");
   });
   Run();
-  const auto downs = TimesOf("key down");
+  const auto downs = TimesOf("keybox green");
   ASSERT_EQ(downs.size(), 2u);
   // The dash in hand ends at 280; the new transmission waits its own lead delay.
   EXPECT_DOUBLE_EQ(downs[1], 280 + 100);
@@ -160,7 +160,7 @@ TEST_F(SendLoop, LoopingMacroEndsTheTransmissionDespiteSlowTyping) {
   At(0, [&] { p.CWTextBox.SetText("E"); });
   Run();
   EXPECT_FALSE(cw.Transmitting);
-  EXPECT_EQ(TimesOf("ptt off").size(), 1u);
+  EXPECT_EQ(TimesOf("pttbox red").size(), 1u);
   EXPECT_EQ(p.macroLoop.armed, 1);
 }
 
@@ -225,7 +225,7 @@ TEST_F(WinKeyRoute, SpeedMarksGoToTheChip) {
 }
 
 TEST_F(WinKeyRoute, AnalogSpeedKeepsMarksFromTheChip) {
-  cw.WinKeyAnalogSpeed = true;
+  keyer.winKeySettings.WinKeyAnalogSpeed = true;
   EXPECT_EQ(StepAt("\xAB"
                    "A",
                    1),

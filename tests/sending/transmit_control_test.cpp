@@ -14,9 +14,9 @@ TEST_F(TransmitControl, VoxSendsATypedLetterBetweenPttOnAndOff) {
   At(0, [&] { Type("E"); });
   Run();
   EXPECT_EQ(EventsStartingWith({"key", "ptt", "post"}),
-            (std::vector<std::string>{"post 900 1", "ptt on", "key down", "key up", "post 900 0",
-                                      "ptt off"}));
-  EXPECT_DOUBLE_EQ(TimesOf("ptt off")[0], 160);
+            (std::vector<std::string>{"post 900 1", "pttbox green", "keybox green", "keybox red", "post 900 0",
+                                      "pttbox red"}));
+  EXPECT_DOUBLE_EQ(TimesOf("pttbox red")[0], 160);
 }
 
 TEST_F(TransmitControl, IdleControlsChangeInTheirOrder) {
@@ -37,7 +37,7 @@ TEST_F(TransmitControl, MoxWaitsForTheCommand) {
   At(0, [&] { Type("EE"); });
   At(1000, [&] { core.mnuTX_Click(); });
   Run();
-  const auto downs = TimesOf("key down");
+  const auto downs = TimesOf("keybox green");
   ASSERT_EQ(downs.size(), 2u);
   EXPECT_DOUBLE_EQ(downs[0], 1100);
   EXPECT_EQ(TimesOf("menu mnuTX enabled").front(), 0);
@@ -49,7 +49,7 @@ TEST_F(TransmitControl, MoxResumesAHoldWithoutTheCommand) {
   At(10, [&] { core.mnuTX_Click(); });
   At(5000, [&] { Type("E"); });
   Run();
-  EXPECT_EQ(TimesOf("key down").size(), 2u);
+  EXPECT_EQ(TimesOf("keybox green").size(), 2u);
 }
 
 TEST_F(TransmitControl, DisablePollingFollowsBothNotifications) {
@@ -65,7 +65,7 @@ TEST_F(TransmitControl, AbortDuringAHoldEndsEverything) {
   At(0, [&] { Type("E"); });
   At(1000, [&] { core.mnuabort_click(); });
   Run();
-  EXPECT_DOUBLE_EQ(TimesOf("ptt off").at(0), 1000);
+  EXPECT_DOUBLE_EQ(TimesOf("pttbox red").at(0), 1000);
   EXPECT_EQ(p.CWTextBox.Text(), "");
   EXPECT_FALSE(cw.Transmitting);
   EXPECT_EQ(p.macroLoop.cancelled, 1);
@@ -87,7 +87,7 @@ TEST_F(TransmitControl, PttDisabledStillWaitsTheLeadDelayButMovesNoLine) {
   At(0, [&] { Type("E"); });
   Run();
   EXPECT_TRUE(EventsStartingWith({"ptt"}).empty());
-  EXPECT_DOUBLE_EQ(TimesOf("key down").at(0), 100);
+  EXPECT_DOUBLE_EQ(TimesOf("keybox green").at(0), 100);
 }
 
 TEST_F(TransmitControl, TuneHoldsTheKeyWithoutLeadDelayAndAbortReleasesIt) {
@@ -96,12 +96,12 @@ TEST_F(TransmitControl, TuneHoldsTheKeyWithoutLeadDelayAndAbortReleasesIt) {
   At(3000, [&] { core.mnuabort_click(); });
   Run();
   EXPECT_EQ(EventsStartingWith({"key", "ptt", "tone"}),
-            (std::vector<std::string>{"ptt on", "key down", "tone on", "ptt off",
-                                      "ptt off",  // Tune's own end, from inside the Abort
-                                      "key up", "tone off"}));
-  EXPECT_DOUBLE_EQ(TimesOf("key up").at(0), 3000);
+            (std::vector<std::string>{"pttbox green", "keybox green", "tone on", "pttbox red",
+                                      "pttbox red",  // Tune's own end, from inside the Abort
+                                      "keybox red", "tone off"}));
+  EXPECT_DOUBLE_EQ(TimesOf("keybox red").at(0), 3000);
   EXPECT_FALSE(cw.TuneActive);
-  EXPECT_FALSE(p.lines.pttOn);
+  EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
 }
 
 TEST_F(TransmitControl, TuneDoesNotSendTheTextAndItsEndRemovesIt) {
@@ -111,7 +111,7 @@ TEST_F(TransmitControl, TuneDoesNotSendTheTextAndItsEndRemovesIt) {
   p.mnuSoftwareKeyer.SetChecked(true);
   core.mnuTune_Click();
   core.mnuTune_Click();
-  EXPECT_EQ(TimesOf("key down").size(), 1u);
+  EXPECT_EQ(TimesOf("keybox green").size(), 1u);
   EXPECT_EQ(p.CWTextBox.Text(), "");
 }
 
@@ -131,19 +131,19 @@ TEST_F(TransmitControl, KeyingModeClicksTickOneAndWriteTheSetting) {
   EXPECT_TRUE(p.mnuMOX.Checked());
   EXPECT_FALSE(p.mnuVOX.Checked());
   EXPECT_FALSE(p.mnuTX.Enabled());  // nothing in the box to send
-  EXPECT_EQ(p.profile.GetPrivateProfileString("FRMVANTREL SETTINGS", "keying", "", 100), "MOX");
+  EXPECT_EQ(StoredSetting("FRMVANTREL SETTINGS", "keying"), "MOX");
   core.mnuVOX_Click();
-  EXPECT_EQ(p.profile.GetPrivateProfileString("frmVantrel Settings", "Keying", "", 100), "VOX");
+  EXPECT_EQ(StoredSetting("frmVantrel Settings", "Keying"), "VOX");
 }
 
 TEST_F(TransmitControl, EndingTwiceDoesNoHarm) {
   Start({{"PTT", "ON"}});
   core.StartTransmission();
   core.StartTransmission();
-  EXPECT_TRUE(p.lines.pttOn);
+  EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Green);
   core.EndTransmission();
   core.EndTransmission();
-  EXPECT_FALSE(p.lines.pttOn);
+  EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
   EXPECT_FALSE(cw.Transmitting);
   EXPECT_TRUE(p.Timer1.Enabled());
 }

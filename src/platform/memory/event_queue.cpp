@@ -10,7 +10,7 @@ constexpr int64_t kNsPerMs = 1'000'000;
 MemoryTimer::MemoryTimer(EventQueue& queue) : queue_(queue) { queue_.Add(this); }
 MemoryTimer::~MemoryTimer() { queue_.Remove(this); }
 
-void MemoryTimer::Restart() { dueNs_ = queue_.clock().NowNs() + int64_t{interval_} * kNsPerMs; }
+void MemoryTimer::Restart() { dueNs_ = queue_.time().NowNs() + int64_t{interval_} * kNsPerMs; }
 
 void MemoryTimer::SetInterval(int32_t ms) {
   interval_ = ms;
@@ -56,7 +56,7 @@ std::optional<int64_t> EventQueue::NextDueNs() const {
 
 void EventQueue::DoEvents() {
   // Taken off the queue before it runs, so a nested pump never sees it again.
-  while (!posted_.empty() && posted_.begin()->first <= clock_.NowNs()) {
+  while (!posted_.empty() && posted_.begin()->first <= time_->NowNs()) {
     auto event = std::move(posted_.begin()->second);
     posted_.erase(posted_.begin());
     event();
@@ -64,7 +64,7 @@ void EventQueue::DoEvents() {
   const std::vector<MemoryTimer*> timers = timers_;
   for (MemoryTimer* timer : timers) {
     const auto due = timer->DueNs();
-    if (due && *due <= clock_.NowNs()) timer->Fire();
+    if (due && *due <= time_->NowNs()) timer->Fire();
   }
 }
 
@@ -72,7 +72,7 @@ void EventQueue::RunPosted(std::optional<int64_t> untilNs) {
   while (HasPosted()) {
     const int64_t next = *NextDueNs();
     if (untilNs && next > *untilNs) return;
-    clock_.AdvanceTo(next);
+    time_->AdvanceTo(next);
     DoEvents();
   }
 }

@@ -11,11 +11,19 @@
 
 #include "platform/controls.h"
 #include "platform/event_pump.h"
-#include "platform/memory/virtual_clock.h"
 
 namespace vantrel::platform::memory {
 
 class EventQueue;
+
+// Where the queue's time comes from: virtual time that jumps to the next
+// event, or the real clock that is waited on.
+class QueueTime {
+ public:
+  virtual ~QueueTime() = default;
+  virtual int64_t NowNs() const = 0;
+  virtual void AdvanceTo(int64_t ns) = 0;
+};
 
 class MemoryTimer : public Timer {
  public:
@@ -44,7 +52,8 @@ class MemoryTimer : public Timer {
 
 class EventQueue : public EventPump {
  public:
-  explicit EventQueue(VirtualClock& clock) : clock_(clock) {}
+  explicit EventQueue(QueueTime& time) : time_(&time) {}
+  void UseTime(QueueTime& time) { time_ = &time; }
 
   void Post(int64_t atNs, std::function<void()> event);
   bool HasPosted() const { return !posted_.empty(); }
@@ -60,12 +69,12 @@ class EventQueue : public EventPump {
   // event or timer and the pump runs. Stops before anything due after `untilNs`.
   void RunPosted(std::optional<int64_t> untilNs = std::nullopt);
 
-  VirtualClock& clock() { return clock_; }
+  QueueTime& time() { return *time_; }
   void Add(MemoryTimer* timer) { timers_.push_back(timer); }
   void Remove(MemoryTimer* timer);
 
  private:
-  VirtualClock& clock_;
+  QueueTime* time_;
   std::multimap<int64_t, std::function<void()>> posted_;
   std::vector<MemoryTimer*> timers_;
 };

@@ -1,21 +1,40 @@
-// Menu items, a plain control and the status panel, in memory, each telling
-// the trace what happens to it.
+// The main window's controls in memory, each telling the trace what an
+// operator would see change.
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
 
 #include "platform/controls.h"
 #include "platform/memory/trace.h"
+#include "platform/window.h"
 
 namespace vantrel::platform::memory {
 
-class MemoryMenuItem : public MenuItem {
+// Enabled and Visible, which every control keeps the same way.
+template <typename Interface>
+class MemoryControlBase : public Interface {
  public:
-  MemoryMenuItem(Trace& trace, std::string name) : trace_(trace), name_(std::move(name)) {}
-
   bool Enabled() const override { return enabled_; }
+  void SetEnabled(bool enabled) override { enabled_ = enabled; }
+  bool Visible() const override { return visible_; }
+  void SetVisible(bool visible) override { visible_ = visible; }
+
+ private:
+  bool enabled_ = true;
+  bool visible_ = true;
+};
+
+using MemoryControl = MemoryControlBase<Control>;
+
+class MemoryMenuItem : public MemoryControlBase<MenuItem> {
+ public:
+  MemoryMenuItem(Trace& trace, std::string name, std::string caption = "")
+      : trace_(trace), name_(std::move(name)), caption_(std::move(caption)) {}
+
   void SetEnabled(bool enabled) override {
-    enabled_ = enabled;
+    MemoryControlBase::SetEnabled(enabled);
     trace_.Emit("menu " + name_ + (enabled ? " enabled" : " disabled"));
   }
   bool Checked() const override { return checked_; }
@@ -23,24 +42,17 @@ class MemoryMenuItem : public MenuItem {
     checked_ = checked;
     trace_.Emit("menu " + name_ + (checked ? " checked" : " unchecked"));
   }
+  std::string Caption() const override { return caption_; }
+  void SetCaption(const std::string& caption) override { caption_ = caption; }
 
  private:
   Trace& trace_;
   std::string name_;
-  bool enabled_ = true;
+  std::string caption_;
   bool checked_ = false;
 };
 
-class MemoryControl : public Control {
- public:
-  bool Enabled() const override { return enabled_; }
-  void SetEnabled(bool enabled) override { enabled_ = enabled; }
-
- private:
-  bool enabled_ = true;
-};
-
-class MemoryStatusPanel : public StatusPanel {
+class MemoryStatusPanel : public MemoryControlBase<StatusPanel> {
  public:
   explicit MemoryStatusPanel(Trace& trace) : trace_(trace) {}
 
@@ -49,10 +61,98 @@ class MemoryStatusPanel : public StatusPanel {
     caption_ = caption;
     trace_.Emit("status " + Trace::Quote(caption));
   }
+  Colour ForeColor() const override { return foreColor_; }
+  void SetForeColor(Colour colour) override { foreColor_ = colour; }
 
  private:
   Trace& trace_;
   std::string caption_;
+  Colour foreColor_ = 0;
+};
+
+class MemoryCommandButton : public MemoryControlBase<CommandButton> {
+ public:
+  void SetCaption(const std::string& caption) override { caption_ = caption; }
+  void SetBackColor(Colour colour) override { backColor_ = colour; }
+  void SetForeColor(Colour colour) override { foreColor_ = colour; }
+  void SetFontBold(bool bold) override { fontBold_ = bold; }
+
+  const std::string& Caption() const { return caption_; }
+  Colour BackColor() const { return backColor_; }
+  Colour ForeColor() const { return foreColor_; }
+  bool FontBold() const { return fontBold_; }
+
+ private:
+  std::string caption_;
+  Colour backColor_ = 0;
+  Colour foreColor_ = 0;
+  bool fontBold_ = false;
+};
+
+// The macro buttons, 1 to 36; entry 0 stands unused, as in the macro arrays.
+class MemoryButtonArray : public ControlArray<CommandButton> {
+ public:
+  MemoryCommandButton& operator[](int16_t index) override {
+    return items_.at(static_cast<size_t>(index));
+  }
+
+ private:
+  std::array<MemoryCommandButton, 37> items_;
+};
+
+// A line indicator; `name` is how the trace calls it.
+class MemoryPictureBox : public PictureBox {
+ public:
+  MemoryPictureBox(Trace& trace, std::string name) : trace_(trace), name_(std::move(name)) {}
+
+  Picture Shown() const override { return shown_; }
+  void SetPicture(Picture picture) override {
+    shown_ = picture;
+    trace_.Emit(name_ + (picture == Picture::Green ? " green" : " red"));
+  }
+
+ private:
+  Trace& trace_;
+  std::string name_;
+  Picture shown_ = Picture::Red;
+};
+
+class MemoryWindow : public Window {
+ public:
+  explicit MemoryWindow(Trace& trace) : trace_(trace) {}
+
+  std::string Caption() const override { return caption_; }
+  void SetCaption(const std::string& caption) override {
+    caption_ = caption;
+    trace_.Emit("caption " + Trace::Quote(caption));
+  }
+  float Top() const override { return top_; }
+  float Left() const override { return left_; }
+  float Height() const override { return height_; }
+  float Width() const override { return width_; }
+  void SetTop(float twips) override { top_ = twips; }
+  void SetLeft(float twips) override { left_ = twips; }
+  void SetHeight(float twips) override { height_ = twips; }
+  void SetWidth(float twips) override { width_ = twips; }
+  bool Minimized() const override { return minimized; }
+  void SetTopmost(bool topmost) override {
+    this->topmost = topmost;
+    trace_.Emit(topmost ? "topmost on" : "topmost off");
+  }
+  void SetMousePointer(MousePointer pointer) override {
+    trace_.Emit(pointer == MousePointer::Hourglass ? "pointer hourglass" : "pointer default");
+  }
+  void MsgBox(const std::string& text, int /*style*/, const std::string& title) override {
+    trace_.Emit("msgbox " + Trace::Quote(title) + " " + Trace::Quote(text));
+  }
+
+  bool minimized = false;
+  bool topmost = false;
+
+ private:
+  Trace& trace_;
+  std::string caption_;
+  float top_ = 0, left_ = 0, height_ = 0, width_ = 0;
 };
 
 }  // namespace vantrel::platform::memory

@@ -4,10 +4,14 @@
 
 #include "platform/memory/event_queue.h"
 #include "platform/memory/memory_controls.h"
+#include "platform/memory/memory_link_channel.h"
+#include "platform/memory/memory_ports.h"
 #include "platform/memory/memory_profile_file.h"
+#include "platform/memory/memory_system.h"
 #include "platform/memory/memory_text_box.h"
 #include "platform/memory/recording_neighbours.h"
 #include "platform/memory/trace.h"
+#include "platform/memory/tracing_profile_file.h"
 #include "platform/memory/virtual_clock.h"
 #include "platform/platform.h"
 
@@ -15,39 +19,78 @@ namespace vantrel::platform::memory {
 
 struct MemoryPlatform {
   VirtualClock clock;
-  Trace trace{[this] { return clock.NowMs(); }};
   EventQueue queue{clock};
-  MemoryProfileFile profile;
+  Trace trace{[this] { return static_cast<double>(queue.time().NowNs()) / 1e6; }};
+  MemoryProfileFile files;
+  TracingProfileFile profile{files, trace};
+  MemoryWallClock wallClock;
+  MemoryLanguage language;
 
+  MemoryWindow frmVantrel{trace};
   MemoryTextBox CWTextBox{trace};
-  MemoryMenuItem mnuTX{trace, "mnuTX"};
-  MemoryMenuItem mnuAbort{trace, "mnuAbort"};
-  MemoryMenuItem mnuConfig{trace, "mnuConfig"};
-  MemoryMenuItem mnuView{trace, "mnuView"};
-  MemoryMenuItem mnuKeying{trace, "mnuKeying"};
-  MemoryMenuItem mnuVOX{trace, "mnuVOX"};
-  MemoryMenuItem mnuMOX{trace, "mnuMOX"};
-  MemoryMenuItem mnuWinKey{trace, "mnuWinKey"};
-  MemoryMenuItem mnuWinKey2{trace, "mnuWinKey2"};
-  MemoryMenuItem mnuSoftwareKeyer{trace, "mnuSoftwareKeyer"};
+  MemoryTextBox CallsignField{trace, 0, "CallsignField"};
+  MemoryTextBox NameField{trace, 0, "NameField"};
+  MemoryTextBox SRXField{trace, 0, "SRXField"};
   MemoryControl cmbPrevious;
+  MemoryMenuItem mnuTX{trace, "mnuTX", "TX"};
+  MemoryMenuItem mnuAbort{trace, "mnuAbort", "Abort"};
+  MemoryMenuItem mnuConfig{trace, "mnuConfig", "Config"};
+  MemoryMenuItem mnuView{trace, "mnuView", "View"};
+  MemoryMenuItem mnuKeying{trace, "mnuKeying", "Keying"};
+  MemoryMenuItem mnuVOX{trace, "mnuVOX", "VOX"};
+  MemoryMenuItem mnuMOX{trace, "mnuMOX", "MOX"};
+  MemoryMenuItem mnuDedicatedSerialPort{trace, "mnuDedicatedSerialPort",
+                                        "Dedicated serial port open"};
+  MemoryMenuItem mnuWinKey{trace, "mnuWinKey", "WinKey"};
+  MemoryMenuItem mnuWinKey2{trace, "mnuWinKey2", "WinKey2"};
+  MemoryMenuItem mnuSoftwareKeyer{trace, "mnuSoftwareKeyer", "Software keyer"};
+  MemoryMenuItem mnuOnTop{trace, "mnuOnTop", "Always on top"};
+  MemoryMenuItem mFkeys{trace, "mFkeys", "F keys"};
+  MemoryMenuItem mAFkeys{trace, "mAFkeys", "ALT F keys"};
+  MemoryMenuItem mSFkeys{trace, "mSFkeys", "SHIFT F keys"};
+  MemoryMenuItem mnuShowCallsign{trace, "mnuShowCallsign", "Show callsign field"};
+  MemoryMenuItem mnuShowSRX{trace, "mnuShowSRX", "Show SRX field"};
+  MemoryMenuItem mnuSend0as0{trace, "mnuSend0as0", "Send 0 as 0"};
+  MemoryMenuItem mnuSend0asT{trace, "mnuSend0asT", "Send 0 as T"};
+  MemoryMenuItem mnuSend0asO{trace, "mnuSend0asO", "Send 0 as O"};
+  MemoryMenuItem mnuVersion{trace, "mnuVersion", "Version"};
+  MemoryControl ElasticOne1;
+  MemoryControl ElasticOne2;
+  MemoryControl ElasticOne3;
+  MemoryButtonArray btnf;
   MemoryStatusPanel sBar{trace};
+  MemoryPictureBox KeyBox{trace, "keybox"};
+  MemoryPictureBox PTTBox{trace, "pttbox"};
   MemoryTimer Timer1{queue};
 
-  RecordingKeyLines lines{trace};
+  MemoryParallelPort parallel{trace};
+  MemorySerialPort cwControl{trace};
+  MemoryLinkChannel linkChannel{trace};
   RecordingTone tone{trace};
   RecordingLoggerLink link{trace};
   RecordingWinKey winkey{trace};
   RecordingMacroLoop macroLoop;
   RecordingCalibration calibration;
 
-  MainWindowControls controls{CWTextBox, mnuTX,     mnuAbort,   mnuConfig,        mnuView,
-                              mnuKeying, mnuVOX,    mnuMOX,     mnuWinKey,        mnuWinKey2,
-                              mnuSoftwareKeyer, cmbPrevious, sBar, Timer1};
+  MainWindowControls controls{
+      frmVantrel,  CWTextBox,   CallsignField, NameField,   SRXField,  cmbPrevious,
+      mnuTX,       mnuAbort,    mnuConfig,     mnuView,     mnuKeying, mnuVOX,
+      mnuMOX,      mnuDedicatedSerialPort,     mnuWinKey,   mnuWinKey2, mnuSoftwareKeyer,
+      mnuOnTop,    mFkeys,      mAFkeys,       mSFkeys,     mnuShowCallsign, mnuShowSRX,
+      mnuSend0as0, mnuSend0asT, mnuSend0asO,   mnuVersion,  ElasticOne1, ElasticOne2,
+      ElasticOne3, btnf,        sBar,          KeyBox,      PTTBox,    Timer1,
+      {&CWTextBox, &CallsignField, &NameField, &SRXField, &cmbPrevious, &mnuConfig,
+       &mnuKeying, &mnuVOX, &mnuMOX, &mnuDedicatedSerialPort, &mnuWinKey, &mnuWinKey2,
+       &mnuSoftwareKeyer, &mnuView, &mnuOnTop, &mFkeys, &mAFkeys, &mSFkeys, &mnuShowCallsign,
+       &mnuShowSRX, &mnuSend0as0, &mnuSend0asT, &mnuSend0asO, &mnuTX, &mnuAbort, &mnuVersion,
+       &ElasticOne1, &ElasticOne2, &ElasticOne3, &sBar}};
+
+  MemoryPlatform() { sBar.SetVisible(false); }
 
   Platform platform() {
-    return Platform{controls, clock, queue, profile, lines, tone, link, winkey, macroLoop,
-                    calibration};
+    return Platform{controls, clock,     queue,     profile, wallClock,
+                    language, parallel,  cwControl, linkChannel, tone,
+                    link,     winkey,    macroLoop, calibration};
   }
 };
 

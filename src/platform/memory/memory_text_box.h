@@ -5,15 +5,17 @@
 
 #include <vector>
 
+#include "platform/memory/memory_controls.h"
 #include "platform/memory/trace.h"
 #include "platform/text_box.h"
 
 namespace vantrel::platform::memory {
 
-class MemoryTextBox : public TextBox {
+class MemoryTextBox : public MemoryControlBase<TextBox> {
  public:
-  explicit MemoryTextBox(Trace& trace, Colour initialColour = 0)
-      : trace_(trace), insertColour_(initialColour) {}
+  // `name` starts the trace line of a change: "text" for the transmit box.
+  explicit MemoryTextBox(Trace& trace, Colour initialColour = 0, std::string name = "text")
+      : trace_(trace), name_(std::move(name)), insertColour_(initialColour) {}
 
   std::string Text() const override { return text_; }
   void SetText(const std::string& text) override;
@@ -26,6 +28,21 @@ class MemoryTextBox : public TextBox {
   void SetRedraw(bool on) override { redraw_ = on; }
   void Refresh() override {}
   void OnChange(std::function<void()> handler) override { onChange_ = std::move(handler); }
+  Colour BackColor() const override { return backColor_; }
+  void SetBackColor(Colour colour) override { backColor_ = colour; }
+  void SetFontName(const std::string& name) override { fontName = name; }
+  void SetFontSize(float points) override { fontSize = points; }
+  void SetFontBold(bool bold) override { fontBold = bold; }
+  void SetFontItalic(bool italic) override { fontItalic = italic; }
+  void SetWidth(float twips) override { width = twips; }
+  void SetFocus() override { ++focused; }
+
+  std::string fontName;
+  float fontSize = 0;
+  bool fontBold = false;
+  bool fontItalic = false;
+  float width = 0;
+  int focused = 0;
 
   Colour ColourAt(int offset) const { return colours_.at(offset); }
   Colour InsertColour() const { return insertColour_; }
@@ -35,12 +52,14 @@ class MemoryTextBox : public TextBox {
   void Changed(const std::string& before);
 
   Trace& trace_;
+  std::string name_;
   std::string text_;
   std::vector<Colour> colours_;
   Colour insertColour_;
   int selStart_ = 0;
   int selLength_ = 0;
   bool redraw_ = true;
+  Colour backColor_ = 0;
   std::function<void()> onChange_;
 };
 

@@ -15,4 +15,10 @@ void RecordingWinKey::WriteWinKey(const std::string& bytes) {
   trace_.Emit(event);
 }
 
+void RecordingWinKey::CloseWinKeyHost() {
+  if (!open) return;
+  WriteWinKey(std::string{0x00, 0x03});
+  open = false;
+}
+
 }  // namespace vantrel::platform::memory

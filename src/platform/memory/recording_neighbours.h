@@ -10,28 +10,11 @@
 
 namespace vantrel::platform::memory {
 
-class RecordingKeyLines : public KeyLines {
- public:
-  explicit RecordingKeyLines(Trace& trace) : trace_(trace) {}
-  void KeyLineDown() override { Set(keyDown, true, "key down"); }
-  void KeyLineUp() override { Set(keyDown, false, "key up"); }
-  void PTTLineOn() override { Set(pttOn, true, "ptt on"); }
-  void PTTLineOff() override { Set(pttOn, false, "ptt off"); }
-
-  bool keyDown = false;
-  bool pttOn = false;
-
- private:
-  void Set(bool& line, bool value, const char* event) {
-    line = value;
-    trace_.Emit(event);
-  }
-  Trace& trace_;
-};
-
 class RecordingTone : public ToneOutput {
  public:
   explicit RecordingTone(Trace& trace) : trace_(trace) {}
+  void CreateSidetone() override { trace_.Emit("sidetone created"); }
+  void ReleaseSidetone() override { trace_.Emit("sidetone released"); }
   void ToneOn() override { trace_.Emit("tone on"); }
   void ToneOff() override { trace_.Emit("tone off"); }
 
@@ -62,6 +45,8 @@ class RecordingWinKey : public WinKeyLink {
   bool PortOpen() const override { return portOpen; }
   void WriteWinKey(const std::string& bytes) override;
   void StartWinKeyRun() override { ++runsStarted; }
+  void OpenWinKeyPort() override { trace_.Emit("winkey port opened"); }
+  void CloseWinKeyHost() override;
 
   bool open = false;
   bool portOpen = false;

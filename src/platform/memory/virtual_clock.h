@@ -5,17 +5,18 @@
 
 #include <cstdint>
 
+#include "platform/memory/event_queue.h"
 #include "platform/scheduler.h"
 
 namespace vantrel::platform::memory {
 
-class VirtualClock : public Scheduler {
+class VirtualClock : public Scheduler, public QueueTime {
  public:
   static constexpr int64_t kFrequency = 1'000'000'000;  // counts are nanoseconds
 
-  int64_t NowNs() const { return now_; }
+  int64_t NowNs() const override { return now_; }
   double NowMs() const { return static_cast<double>(now_) / 1e6; }
-  void AdvanceTo(int64_t ns) {
+  void AdvanceTo(int64_t ns) override {
     if (ns > now_) now_ = ns;
   }
   // Each counter reading takes this long: the overhead a real reading has.

@@ -1,0 +1,156 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/keyer_fixture.h"
+
+namespace vantrel::sending {
+namespace {
+
+using ::testing::ElementsAre;
+using testing::KeyerFixture;
+
+constexpr int16_t kControl = 0x37A;  // the default base &H378, plus 2
+
+class KeyLines : public KeyerFixture {
+ protected:
+  int LowBits() { return p.parallel.registers.at(kControl) & 0x0F; }
+  // The dedicated serial route on Comm1, the memory port's first device.
+  void StartSerial(Settings settings = {}) {
+    settings.insert(settings.begin(),
+                    {{"Port to Use", "Serial"}, {"Dedicated Serial Port", "Comm1"}});
+    Start(settings);
+  }
+};
+
+TEST_F(KeyLines, OpeningTheParallelPortIdlesWhateverTheRegisterHeld) {
+  Start();
+  for (const int16_t before : {0x00, 0x04, 0xF7, 0xFF}) {
+    p.parallel.registers[kControl] = before;
+    keyer.lines.OpenKeyerPort();
+    EXPECT_EQ(LowBits(), 11) << "from " << before;
+  }
+}
+
+TEST_F(KeyLines, ParallelRegisterFollowsTheLinesAndKeepsItsUpperBits) {
+  Start({{"PTT", "ON"}, {"Slow Typing", "OFF"}, {"PTT Delay", "0"}});
+  p.parallel.registers[kControl] = 0xCB;
+  At(0, [&] { Type("E"); });
+  Run();
+  EXPECT_THAT(EventsStartingWith({"lpt"}), ElementsAre("lpt CF", "lpt C7", "lpt CF", "lpt CB"));
+}
+
+TEST_F(KeyLines, PttLevelsHoldWhenSetTwice) {
+  Start({{"PTT", "ON"}});
+  core.StartTransmission();
+  core.StartTransmission();
+  EXPECT_EQ(LowBits(), 15);
+  core.EndTransmission();
+  core.EndTransmission();
+  EXPECT_EQ(LowBits(), 11);
+}
+
+TEST_F(KeyLines, WithoutPttOnlyTheKeyAndItsBoxChange) {
+  Start({{"PTT", "OFF"}, {"Slow Typing", "OFF"}});
+  At(0, [&] { Type("T"); });
+  Run();
+  EXPECT_THAT(EventsStartingWith({"lpt", "keybox", "pttbox"}),
+              ElementsAre("lpt 03", "keybox green", "lpt 0B", "keybox red"));
+}
+
+TEST_F(KeyLines, SharedSerialAsksTheLoggerWithThePortNumber) {
+  Start({{"Port to Use", "Shared Serial"}, {"Dedicated Serial Port", "Comm3"}, {"PTT", "ON"},
+         {"Slow Typing", "OFF"}});
+  At(0, [&] { Type("E"); });
+  Run();
+  EXPECT_THAT(EventsStartingWith({"send", "lpt", "dtr", "rts"}),
+              ElementsAre("send 503 0", "send 403 0", "send 303 0", "send 603 0"));
+}
+
+TEST_F(KeyLines, UnknownPortNameOnTheSharedRouteSendsTheBareCodes) {
+  Start({{"Port to Use", "Shared Serial"}, {"Dedicated Serial Port", "COM3"}});
+  keyer.lines.KeyLineDown();
+  keyer.lines.KeyLineUp();
+  EXPECT_THAT(EventsStartingWith({"send"}), ElementsAre("send 400 0", "send 300 0"));
+}
+
+TEST_F(KeyLines, SharedRouteOnlyClosesTheSerialControl) {
+  StartSerial();
+  ASSERT_TRUE(p.cwControl.PortOpen());
+  cw.UseSharedSerial = true;
+  cw.DedicatedSerialPort = "Comm4";
+  keyer.lines.OpenKeyerPort();
+  EXPECT_FALSE(p.cwControl.PortOpen());
+  EXPECT_EQ(p.cwControl.CommPort(), 1);
+  EXPECT_EQ(cw.SharedComNumber, 4);
+}
+
+TEST_F(KeyLines, DedicatedPortOpensWithBothLinesDown) {
+  p.cwControl.SetDTREnable(true);  // left up by an earlier user of the control
+  p.cwControl.SetRTSEnable(true);
+  StartSerial({{"PTT", "ON"}, {"Slow Typing", "OFF"}});
+  EXPECT_TRUE(p.cwControl.PortOpen());
+  EXPECT_TRUE(p.mnuDedicatedSerialPort.Checked());
+  At(0, [&] { Type("E"); });
+  Run();
+  EXPECT_THAT(EventsStartingWith({"dtr", "rts"}),
+              ElementsAre("rts on", "dtr on", "dtr off", "rts off"));
+}
+
+TEST_F(KeyLines, PortThatWillNotOpenSaysWhyInTheBox) {
+  p.cwControl.lastPresent = 2;
+  Start({{"Port to Use", "Serial"}, {"Dedicated Serial Port", "Comm5"}});
+  EXPECT_FALSE(p.cwControl.PortOpen());
+  EXPECT_FALSE(p.mnuDedicatedSerialPort.Checked());
+  EXPECT_EQ(p.CWTextBox.Text(), "CW Port error : No such file or directory");
+  EXPECT_TRUE(p.cwControl.Error().empty());
+  // A name that is no port gives number 0, which no device has.
+  cw.DedicatedSerialPort = "Comm9";
+  keyer.lines.OpenKeyerPort();
+  EXPECT_EQ(p.CWTextBox.Text(), "CW Port error : Invalid port number");
+}
+
+TEST_F(KeyLines, UnpluggedMidCharacterEndsTheTransmissionAndReportsOnce) {
+  StartSerial({{"PTT", "ON"}, {"PTT Delay", "0"}});
+  At(0, [&] { Type("PARIS"); });
+  // Runs at the pump of the gap after the first dot; the dash at 120 fails.
+  At(50, [&] { p.cwControl.Unplug(); });
+  Run();
+  EXPECT_FALSE(p.cwControl.PortOpen());
+  EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
+  EXPECT_EQ(p.KeyBox.Shown(), platform::Picture::Red);
+  const auto lines = p.trace.Lines();
+  EXPECT_EQ(std::count(lines.begin(), lines.end(),
+                       "120.000 text \"CW Port error : Input/output error\""),
+            1);
+  EXPECT_THAT(EventsStartingWith({"dtr", "rts"}), ElementsAre("rts on", "dtr on", "dtr off"));
+  EXPECT_FALSE(cw.Transmitting);
+  // Nothing goes to the port after the loss, and the loop does not come back to it.
+  EXPECT_EQ(EventsStartingWith({"text \"CW Port"}).size(), 1u);
+}
+
+TEST_F(KeyLines, LostParallelPortReportsOnceAndComesBackWhenReopened) {
+  Start({{"Slow Typing", "OFF"}});
+  At(0, [&] { Type("E"); });
+  At(0, [&] { p.parallel.Unplug(); });
+  Run();
+  EXPECT_EQ(EventsStartingWith({"text \"CW Port"}).size(), 1u);
+  EXPECT_FALSE(cw.Transmitting);
+}
+
+TEST_F(KeyLines, DedicatedPortMenuClosesAndReopens) {
+  StartSerial();
+  keyer.form.mnuDedicatedSerialPort_Click();
+  EXPECT_FALSE(p.cwControl.PortOpen());
+  EXPECT_FALSE(p.mnuDedicatedSerialPort.Checked());
+  keyer.form.mnuDedicatedSerialPort_Click();
+  EXPECT_TRUE(p.cwControl.PortOpen());
+  EXPECT_TRUE(p.mnuDedicatedSerialPort.Checked());
+  p.cwControl.Unplug();
+  keyer.form.mnuDedicatedSerialPort_Click();  // closes: a gone device closes as well
+  keyer.form.mnuDedicatedSerialPort_Click();
+  EXPECT_FALSE(p.mnuDedicatedSerialPort.Checked());
+  EXPECT_EQ(p.CWTextBox.Text(), "CW Port error : No such file or directory");
+}
+
+}  // namespace
+}  // namespace vantrel::sending
