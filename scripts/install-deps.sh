@@ -3,7 +3,7 @@
 # Runs as root; asks apt only when something is missing.
 set -euo pipefail
 
-packages=(g++ cmake ninja-build libgtest-dev libgmock-dev)
+packages=(gcc g++ cmake ninja-build libgtest-dev libgmock-dev)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -2,25 +2,37 @@
 // the objects of its windows, wired to each other.
 #pragma once
 
+#include "loggerlink/link_state.h"
+#include "macros/macro_state.h"
 #include "mainwindow/frm_vantrel.h"
+#include "mainwindow/main_window_state.h"
 #include "platform/platform.h"
 #include "sending/cw_state.h"
+#include "sending/key_lines.h"
 #include "sending/sending_core.h"
 #include "settings/settings_store.h"
+#include "winkey/winkey_settings.h"
 
 namespace vantrel::app {
 
 class Vantrel {
  public:
-  explicit Vantrel(const platform::Platform& p)
-      : store(p.profile),
+  explicit Vantrel(const platform::Platform& p, mainwindow::StartupEnvironment environment = {})
+      : store(p.profile, p.wallClock),
+        lines(cw, p.controls, sending::LinePorts{p.parallel, p.cwControl, p.linkChannel, link}),
         core(cw, p.controls, p.scheduler, p.pump,
-             sending::SendingNeighbours{p.lines, p.tone, p.link, p.winkey, p.macroLoop,
-                                        p.calibration, store}),
-        form(p.controls, p.scheduler, cw, core, store, p.winkey, p.link) {}
+             sending::SendingNeighbours{lines, winKeySettings, p.tone, p.link, p.winkey,
+                                        p.macroLoop, p.calibration, store}),
+        form(p, mainwindow::ProgramState{cw, window, macros, winKeySettings, link}, core, lines,
+             store, std::move(environment)) {}
 
   sending::CwState cw;
+  mainwindow::MainWindowState window;
+  macros::MacroState macros;
+  winkey::WinKeySettings winKeySettings;
+  loggerlink::LinkState link;
   settings::SettingsStore store;
+  sending::KeyLineDriver lines;
   sending::SendingCore core;
   mainwindow::FrmVantrel form;
 };

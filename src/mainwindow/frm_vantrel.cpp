@@ -1,44 +1,192 @@
 #include "mainwindow/frm_vantrel.h"
 
+#include <algorithm>
+
 #include "settings/load_settings.h"
+#include "vb/vb.h"
 
 namespace vantrel::mainwindow {
+namespace {
 
-FrmVantrel::FrmVantrel(platform::MainWindowControls& controls, platform::Scheduler& scheduler,
-                       sending::CwState& cw, sending::SendingCore& core,
-                       settings::SettingsStore& store, platform::WinKeyLink& winkey,
-                       platform::LoggerLink& link)
-    : c_(controls),
-      scheduler_(scheduler),
-      cw_(cw),
-      core_(core),
-      store_(store),
-      winkey_(winkey),
-      link_(link) {
-  c_.CWTextBox.OnChange([this] { CWTextBox_Change(); });
-  c_.Timer1.OnTimer([this] { Timer1_Timer(); });
+constexpr int32_t kPollInterval = 200;
+constexpr int16_t kFirstMenuString = 9501;
+constexpr float kSrxFieldWidth = 600;
+
+std::string VersionText() {
+  return std::to_string(VANTREL_VERSION_MAJOR) + "." + std::to_string(VANTREL_VERSION_MINOR) +
+         "." + std::to_string(VANTREL_VERSION_PATCH);
 }
 
-void FrmVantrel::Form_Load(int16_t languageId) {
-  constexpr int32_t kPollInterval = 200;
-  cw_.TimerFrequency = scheduler_.QueryPerformanceFrequency();
-  cw_.IsNT = scheduler_.IsWindowsNT();
+std::string Trimmed(const std::string& text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string::npos) return "";
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+}  // namespace
+
+FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
+                       sending::SendingCore& core, sending::KeyLineDriver& lines,
+                       settings::SettingsStore& store, StartupEnvironment environment)
+    : p_(platform),
+      c_(platform.controls),
+      s_(state),
+      cw_(state.cw),
+      core_(core),
+      lines_(lines),
+      store_(store),
+      environment_(std::move(environment)) {
+  c_.CWTextBox.OnChange([this] { CWTextBox_Change(); });
+  c_.Timer1.OnTimer([this] { Timer1_Timer(); });
+  c_.Timer1.SetInterval(kPollInterval);
+  // A port that fails under a transmission ends it as a close request does.
+  // The report is shown, not sent: the port it would go out on has gone.
+  lines_.OnPortLost([this](const std::string& report) {
+    core_.StopTransmission();
+    showingReport_ = true;
+    c_.CWTextBox.SetText(report);
+    showingReport_ = false;
+  });
+}
+
+void FrmVantrel::LoadLanguageModule() {
+  const std::string name = std::to_string(p_.language.GetThreadLocale()) + ".DLL";
+  LanguageModule = p_.language.LoadLibrary(name);
+}
+
+std::string FrmVantrel::LoadLanguageString(int16_t id, bool keepBlanks) {
+  std::string text = p_.language.LoadString(LanguageModule, id);
+  text.erase(std::remove(text.begin(), text.end(), '\0'), text.end());
+  return keepBlanks ? text : Trimmed(text);
+}
+
+void FrmVantrel::Form_Load() {
+  LoadLanguageModule();
+  if (LanguageModule > 0) {
+    for (size_t i = 0; i < c_.Controls.size(); ++i) {
+      auto* menu = dynamic_cast<platform::MenuItem*>(c_.Controls[i]);
+      if (!menu) continue;
+      const std::string caption =
+          LoadLanguageString(static_cast<int16_t>(kFirstMenuString + i), false);
+      if (!caption.empty()) menu->SetCaption(caption);
+    }
+  }
+  c_.frmVantrel.SetMousePointer(platform::MousePointer::Hourglass);
+  cw_.TimerFrequency = p_.scheduler.QueryPerformanceFrequency();
+  cw_.IsNT = p_.scheduler.IsWindowsNT();
+  c_.mnuVersion.SetCaption(c_.mnuVersion.Caption() + " " + VersionText());
+  s_.link.LoggerWindow = p_.linkChannel.FindWindow(kLoggerCaption);
+  c_.SRXField.SetWidth(0);
+  store_.LocateSettingsFile(environment_.programDirectory, environment_.commandLine);
   c_.CWTextBox.SetText("");
+  c_.NameField.SetText("");
   cw_.Transmitting = false;
   c_.mnuTX.SetEnabled(false);
   c_.mnuAbort.SetEnabled(false);
-  settings::LoadSettings(store_, cw_, c_, core_);
+  c_.PTTBox.SetPicture(platform::Picture::Red);
+  c_.KeyBox.SetPicture(platform::Picture::Red);
+  s_.link.LinkMessage = p_.linkChannel.RegisterWindowMessage(kLinkName);
+
+  settings::SettingsHolders holders{cw_,   s_.window, s_.macros, s_.winKeySettings, c_,
+                                    core_, p_.pump,   [this] { mnuShowSRX_Click(); }};
+  settings::LoadSettings(store_, holders);
+
+  if (c_.mnuSoftwareKeyer.Checked()) {
+    p_.tone.CreateSidetone();
+    lines_.OpenKeyerPort();
+  } else {
+    p_.winkey.OpenWinKeyPort();
+  }
+  c_.CallsignField.SetVisible(true);
+  c_.cmbPrevious.SetVisible(true);
+  c_.CWTextBox.SetFocus();
+  c_.mnuDedicatedSerialPort.SetChecked(p_.cwControl.PortOpen());
+  OpenLink();
+  p_.link.PollLink();
   StartupDone = true;
-  c_.Timer1.SetInterval(kPollInterval);
+  c_.frmVantrel.SetMousePointer(platform::MousePointer::Default);
   c_.Timer1.SetEnabled(true);
-  cw_.LanguageId = languageId;
+  if (s_.window.OnTop) {
+    c_.mnuOnTop.SetChecked(true);
+    c_.frmVantrel.SetTopmost(true);
+  }
+  cw_.LanguageId = p_.language.GetUserDefaultLangID();
+  p_.pump.DoEvents();
 }
 
-void FrmVantrel::Timer1_Timer() { link_.PollLink(); }
+// Without the logger the keyer goes on alone, after one box that says so.
+void FrmVantrel::OpenLink() {
+  constexpr const char* kTitle = "You can't get there from here";
+  s_.link.LinkMapping = p_.linkChannel.OpenFileMapping(kLinkName);
+  if (s_.link.LinkMapping == 0) {
+    c_.frmVantrel.SetMousePointer(platform::MousePointer::Default);
+    c_.frmVantrel.MsgBox("OpenFileMapping API failed, is Hallowick running?",
+                         platform::kMsgBoxExclamation, kTitle);
+    return;
+  }
+  s_.link.LinkView = p_.linkChannel.MapViewOfFile(s_.link.LinkMapping);
+  if (s_.link.LinkView == 0) {
+    c_.frmVantrel.SetMousePointer(platform::MousePointer::Default);
+    c_.frmVantrel.MsgBox("MapViewOfFile API failed.", platform::kMsgBoxOkOnly, kTitle);
+  }
+}
+
+void FrmVantrel::Form_QueryUnload(bool& cancel) {
+  if (!cw_.Transmitting) return;
+  core_.StopTransmission();
+  cancel = true;
+  if (core_.WinKeyRoute()) cw_.Transmitting = false;
+}
+
+void FrmVantrel::Form_Unload() {
+  core_.RestorePriority();
+  if (cw_.SidetoneEnabled) core_.SidetoneOff();
+  c_.CWTextBox.SetText("");
+  cw_.StopSending = true;
+  c_.Timer1.SetEnabled(false);
+  p_.linkChannel.UnmapViewOfFile(s_.link.LinkView);
+  p_.linkChannel.CloseHandle(s_.link.LinkMapping);
+  p_.winkey.CloseWinKeyHost();
+  if (p_.cwControl.PortOpen()) p_.cwControl.SetPortOpen(false);
+  p_.parallel.Release();
+  if (!c_.frmVantrel.Minimized()) {
+    const platform::Window& window = c_.frmVantrel;
+    store_.WriteSetting(settings::kMainSection, "Top", vb::CStr(window.Top()));
+    store_.WriteSetting(settings::kMainSection, "Left", vb::CStr(window.Left()));
+    store_.WriteSetting(settings::kMainSection, "Height", vb::CStr(window.Height()));
+    store_.WriteSetting(settings::kMainSection, "Width", vb::CStr(window.Width()));
+  }
+  p_.tone.ReleaseSidetone();
+}
+
+void FrmVantrel::Timer1_Timer() { p_.link.PollLink(); }
+
+void FrmVantrel::mnuDedicatedSerialPort_Click() {
+  platform::SerialPort& port = p_.cwControl;
+  port.ClearError();
+  if (c_.mnuSoftwareKeyer.Checked()) {
+    port.SetPortOpen(!c_.mnuDedicatedSerialPort.Checked());
+  } else if (port.PortOpen()) {
+    port.SetPortOpen(false);
+    c_.KeyBox.SetPicture(platform::Picture::Red);
+  } else {
+    p_.winkey.OpenWinKeyPort();
+  }
+  c_.mnuDedicatedSerialPort.SetChecked(port.PortOpen());
+  if (!port.Error().empty()) lines_.ReportPortError();
+}
+
+// The field has no visible flag: a width of 0 hides it.
+void FrmVantrel::mnuShowSRX_Click() {
+  const bool show = !c_.mnuShowSRX.Checked();
+  c_.mnuShowSRX.SetChecked(show);
+  c_.SRXField.SetWidth(show ? kSrxFieldWidth : 0);
+  store_.WriteSetting(settings::kMainSection, "SRX Field Visible", show ? "True" : "False");
+}
 
 void FrmVantrel::CWTextBox_Change() {
-  if (!c_.mnuSoftwareKeyer.Checked() && !winkey_.WinKeyOpen()) return;
-  if (c_.CWTextBox.Text().empty() || !StartupDone) return;
+  if (!c_.mnuSoftwareKeyer.Checked() && !p_.winkey.WinKeyOpen()) return;
+  if (c_.CWTextBox.Text().empty() || !StartupDone || showingReport_) return;
 
   const bool holding = cw_.Transmitting && cw_.SlowTyping && cw_.WaitingForText;
   if (holding) {
@@ -49,7 +197,7 @@ void FrmVantrel::CWTextBox_Change() {
   if (c_.mnuMOX.Checked()) {
     c_.mnuTX.SetEnabled(true);
   } else if (core_.WinKeyRoute()) {
-    if (winkey_.PortOpen()) winkey_.StartWinKeyRun();
+    if (p_.winkey.PortOpen()) p_.winkey.StartWinKeyRun();
   } else {
     core_.StartNewTransmission();
   }

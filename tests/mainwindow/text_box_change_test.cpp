@@ -12,7 +12,7 @@ class TextBoxChange : public KeyerFixture {};
 TEST_F(TextBoxChange, NothingStartsBeforeStartUpHasFinished) {
   p.CWTextBox.SetText("CQ");  // the keyer has not been started
   EXPECT_FALSE(cw.Transmitting);
-  EXPECT_TRUE(TimesOf("key down").empty());
+  EXPECT_TRUE(TimesOf("keybox green").empty());
 }
 
 TEST_F(TextBoxChange, NothingStartsWithoutAKeyer) {
@@ -32,7 +32,7 @@ TEST_F(TextBoxChange, WinKeyRouteHandsOverOnlyWithThePortOpen) {
   p.winkey.portOpen = true;
   p.CWTextBox.SetText("CQ");
   EXPECT_EQ(p.winkey.runsStarted, 1);
-  EXPECT_TRUE(TimesOf("key down").empty());
+  EXPECT_TRUE(TimesOf("keybox green").empty());
 }
 
 TEST_F(TextBoxChange, MoxOnlyEnablesTheCommand) {
@@ -48,9 +48,9 @@ TEST_F(TextBoxChange, TypingDuringTheLastCharacterContinuesTheSameTransmission) 
   At(0, [&] { Type("T"); });
   At(100, [&] { Type("T"); });  // handled inside the dash of the first T
   Run();
-  EXPECT_EQ(TimesOf("key down").size(), 2u);
-  EXPECT_EQ(TimesOf("ptt on").size(), 1u);
-  EXPECT_EQ(TimesOf("ptt off").size(), 1u);
+  EXPECT_EQ(TimesOf("keybox green").size(), 2u);
+  EXPECT_EQ(TimesOf("pttbox green").size(), 1u);
+  EXPECT_EQ(TimesOf("pttbox red").size(), 1u);
 }
 
 TEST_F(TextBoxChange, TypingAfterTheEndStartsANewTransmissionWithItsLeadDelay) {
@@ -58,16 +58,16 @@ TEST_F(TextBoxChange, TypingAfterTheEndStartsANewTransmissionWithItsLeadDelay) {
   At(0, [&] { Type("E"); });
   At(1000, [&] { Type("E"); });
   Run();
-  const auto downs = TimesOf("key down");
+  const auto downs = TimesOf("keybox green");
   ASSERT_EQ(downs.size(), 2u);
   EXPECT_DOUBLE_EQ(downs[1], 1100);
-  EXPECT_EQ(TimesOf("ptt on").size(), 2u);
+  EXPECT_EQ(TimesOf("pttbox green").size(), 2u);
 }
 
 TEST_F(TextBoxChange, AMessageWrittenIntoTheBoxIsSentLikeTypedText) {
   Start({{"Slow Typing", "OFF"}});
   p.CWTextBox.SetText("CW Port error : E");
-  EXPECT_GT(TimesOf("key down").size(), 20u);
+  EXPECT_GT(TimesOf("keybox green").size(), 20u);
 }
 
 }  // namespace

@@ -20,14 +20,6 @@ extern char** environ;
 
 namespace {
 
-#ifdef VANTREL_KEYPROBE_SHIM
-#define REQUIRE_SHIM()
-#else
-#define REQUIRE_SHIM() GTEST_SKIP() << "keyprobe shim not found beside the checkout"
-#define VANTREL_KEYPROBE_SHIM ""
-#define VANTREL_LINE_PROBE_HELPER ""
-#endif
-
 using State = std::map<std::string, long>;
 
 struct Probe {
@@ -107,7 +99,6 @@ const State kRest = {{"DTR", 0}, {"RTS", 0}, {"CTRL", 0x0C}};
 const State kKeyed = {{"DTR", 1}, {"RTS", 1}, {"CTRL", 0x0C}};
 
 TEST(LineProbe, SerialOpensWithLinesDownAndFollowsEnables) {
-  REQUIRE_SHIM();
   const Probe probe = RunHelper({"serial", "lines"});
   ASSERT_TRUE(WIFEXITED(probe.status) && WEXITSTATUS(probe.status) == 0) << Dump(probe);
   // The kernel raised both at open; the port must have dropped them at once.
@@ -125,7 +116,6 @@ TEST(LineProbe, SerialOpensWithLinesDownAndFollowsEnables) {
 }
 
 TEST(LineProbe, SerialLineEnabledWhileClosedStaysUpThroughOpen) {
-  REQUIRE_SHIM();
   const Probe probe = RunHelper({"serial", "dtr-at-open"});
   ASSERT_TRUE(WIFEXITED(probe.status) && WEXITSTATUS(probe.status) == 0) << Dump(probe);
   EXPECT_EQ(probe.At("mark opened"), (State{{"DTR", 1}, {"RTS", 0}, {"CTRL", 0x0C}}));
@@ -137,7 +127,6 @@ TEST(LineProbe, SerialLineEnabledWhileClosedStaysUpThroughOpen) {
 }
 
 TEST(LineProbe, SerialLinesFallOnSignalAndExit) {
-  REQUIRE_SHIM();
   for (const char* sig : {"TERM", "SEGV"}) {
     const Probe probe = RunHelper({"serial", "signal", sig});
     ASSERT_TRUE(WIFSIGNALED(probe.status)) << sig << "\n" << Dump(probe);
@@ -157,7 +146,6 @@ TEST(LineProbe, SerialLinesFallOnSignalAndExit) {
 }
 
 TEST(LineProbe, ForkedChildLeavesTheParentsLinesAlone) {
-  REQUIRE_SHIM();
   const Probe probe = RunHelper({"serial", "fork"});
   ASSERT_TRUE(WIFEXITED(probe.status) && WEXITSTATUS(probe.status) == 0) << Dump(probe);
   EXPECT_EQ(probe.At("mark child-gone"), kKeyed) << Dump(probe);
@@ -165,7 +153,6 @@ TEST(LineProbe, ForkedChildLeavesTheParentsLinesAlone) {
 }
 
 TEST(LineProbe, ParallelControlFollowsWritesAndIdlesOnSignal) {
-  REQUIRE_SHIM();
   const Probe normal = RunHelper({"parallel", "lines"});
   ASSERT_TRUE(WIFEXITED(normal.status) && WEXITSTATUS(normal.status) == 0) << Dump(normal);
   std::vector<long> writes;

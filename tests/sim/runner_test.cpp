@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdlib.h>
+
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -27,16 +31,19 @@ long CountOf(const std::vector<std::string>& lines, const std::string& line) {
   return std::count(lines.begin(), lines.end(), line);
 }
 
+// The lines from the first one that `event` ends, on.
+std::vector<std::string> From(const std::vector<std::string>& lines, const std::string& event) {
+  const auto at = std::find_if(lines.begin(), lines.end(), [&](const std::string& line) {
+    return line.size() >= event.size() && line.compare(line.size() - event.size(), event.size(), event) == 0;
+  });
+  return {at, lines.end()};
+}
+
 TEST(Runner, OneLetterWithPtt) {
   RunOptions options;
   options.settings = {{"PTT", "ON"}, {"Slow Typing", "OFF"}};
-  EXPECT_EQ(RunScript("0 send E\n", options),
+  EXPECT_EQ(From(RunScript("0 send E\n", options), "text \"E\""),
             (std::vector<std::string>{
-                "0.000 menu mnuTX disabled",
-                "0.000 menu mnuAbort disabled",
-                "0.000 menu mnuSoftwareKeyer checked",
-                "0.000 menu mnuVOX checked",
-                "0.000 status \" Keying speed = 20 WPM\"",
                 "0.000 text \"E\"",
                 "0.000 mark 1",
                 "0.000 menu mnuConfig disabled",
@@ -45,9 +52,12 @@ TEST(Runner, OneLetterWithPtt) {
                 "0.000 menu mnuView disabled",
                 "0.000 menu mnuKeying disabled",
                 "0.000 post 900 1",
-                "0.000 ptt on",
-                "100.000 key down",
-                "160.000 key up",
+                "0.000 lpt 0F",
+                "0.000 pttbox green",
+                "100.000 lpt 07",
+                "100.000 keybox green",
+                "160.000 lpt 0F",
+                "160.000 keybox red",
                 "160.000 text \"\"",
                 "160.000 menu mnuTX enabled",
                 "160.000 menu mnuAbort disabled",
@@ -56,8 +66,87 @@ TEST(Runner, OneLetterWithPtt) {
                 "160.000 menu mnuKeying enabled",
                 "160.000 status \" Keying speed = 20 WPM\"",
                 "160.000 post 900 0",
-                "160.000 ptt off",
+                "160.000 lpt 0B",
+                "160.000 pttbox red",
             }));
+}
+
+TEST(Runner, SettingsGoIntoTheFileBeforeStartUpReadsThem) {
+  RunOptions options;
+  options.settings = {{"WPM", "30"}, {"WinKey Speed", "25"}};
+  const auto lines = RunScript("", options);
+  EXPECT_THAT(lines, Contains("0.000 setting \"frmVantrel Settings\" \"WPM\" \"30\""));
+  EXPECT_THAT(lines, Contains("0.000 setting \"WinKey Settings\" \"WinKey Speed\" \"25\""));
+  EXPECT_THAT(lines, Contains("0.000 status \" Keying speed = 30 WPM\""));
+}
+
+class RunnerOnDisk : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-sim-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    dir_ = pattern;
+  }
+  void TearDown() override { std::filesystem::remove_all(dir_); }
+  std::string Read(const std::string& name) const {
+    std::ifstream in(dir_ + "/" + name);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+  }
+
+  std::string dir_;
+};
+
+TEST_F(RunnerOnDisk, EmptyFolderGetsTheStampedFileAndTheRectangleAtClose) {
+  RunOptions options;
+  options.directory = dir_;
+  const auto lines = RunScript("10 close\n20 send E\n", options);
+  EXPECT_EQ(lines.front(), "0.000 pointer hourglass");
+  EXPECT_THAT(Read("Vantrel.INI"), ::testing::StartsWith("[Initialized]\nCreate Date/Time="));
+  EXPECT_THAT(Read("Vantrel.INI"), ::testing::HasSubstr("[frmVantrel Settings]\nTop=500\nLeft=500\nHeight=2500\nWidth=3500\n"));
+  EXPECT_THAT(lines, Not(Contains("20.000 text \"E\"")));  // nothing runs after the close
+}
+
+TEST_F(RunnerOnDisk, ProfileStartsAsACopyOfTheDefaultFile) {
+  RunOptions options;
+  options.directory = dir_;
+  options.settings = {{"WPM", "33"}};
+  RunScript("", options);
+  options.settings.clear();
+  options.profile = "contest";
+  const auto lines = RunScript("", options);
+  EXPECT_THAT(Read("contestVantrel.INI"), ::testing::HasSubstr("WPM=33"));
+  EXPECT_THAT(lines, Contains("0.000 status \" Keying speed = 33 WPM\""));
+}
+
+TEST(Runner, UnpluggedSerialPortStopsTheTransmissionAndSaysSo) {
+  RunOptions options;
+  options.settings = {{"Port to Use", "Serial"}, {"Dedicated Serial Port", "Comm2"}, {"PTT", "ON"}};
+  // Runs at the pump that opens the T's dash; its key-up at 280 fails.
+  const auto lines = RunScript("0 send TEST\n50 unplug\n", options);
+  EXPECT_EQ(CountOf(lines, "280.000 post 900 0"), 1);
+  EXPECT_EQ(CountOf(lines, "280.000 pttbox red"), 1);
+  const auto report = From(lines, "text \"CW Port error : Input/output error\"");
+  ASSERT_FALSE(report.empty());
+  EXPECT_EQ(report.front(), "280.000 text \"CW Port error : Input/output error\"");
+  // The report is kept, not sent, and nothing more goes to the port.
+  EXPECT_THAT(report, ::testing::ElementsAre(::testing::_, "280.000 keybox red"));
+}
+
+TEST(Runner, DedicatedPortMenuClosesTheOpenPort) {
+  RunOptions options;
+  options.settings = {{"Port to Use", "Serial"}, {"Dedicated Serial Port", "Comm1"}};
+  const auto lines = RunScript("0 menu mnuDedicatedSerialPort\n", options);
+  EXPECT_EQ(lines.back(), "0.000 menu mnuDedicatedSerialPort unchecked");
+}
+
+TEST(Runner, FirstCloseDuringSendingOnlyStopsIt) {
+  RunOptions options;
+  options.settings = {{"PTT", "ON"}};
+  const auto lines = RunScript("0 send PARIS\n100 close\n", options);
+  EXPECT_EQ(CountOf(lines, "100.000 pttbox red"), 1);
+  EXPECT_THAT(lines, Not(Contains(::testing::HasSubstr("\"Height\""))));  // not unloaded
 }
 
 TEST(Runner, NothingAfterUntilIsPrintedOrRun) {
@@ -66,7 +155,7 @@ TEST(Runner, NothingAfterUntilIsPrintedOrRun) {
   options.untilNs = 120'000'000;  // inside the dot of the E
   const auto lines = RunScript("0 send E\n1000 send T\n", options);
   ASSERT_FALSE(lines.empty());
-  EXPECT_EQ(lines.back(), "100.000 key down");
+  EXPECT_EQ(lines.back(), "100.000 keybox green");
   EXPECT_THAT(lines, Not(Contains("1000.000 text \"T\"")));
 }
 
@@ -79,7 +168,7 @@ TEST(Runner, KeyerSectionSettingsLandInTheKeyerSection) {
   EXPECT_EQ(CountOf(lines, "0.000 post 150 0"), 1);  // the hold is released
   // With the speed on the chip's knob, the Abort writes no speed to it.
   EXPECT_FALSE(std::any_of(lines.begin(), lines.end(),
-                           [](const std::string& line) { return line.find("winkey") != std::string::npos; }));
+                           [](const std::string& line) { return line.find("winkey 1C") != std::string::npos; }));
 }
 
 TEST(Runner, AppendDuringATransmissionGoesOutInIt) {
@@ -88,8 +177,8 @@ TEST(Runner, AppendDuringATransmissionGoesOutInIt) {
   const auto lines = RunScript("0 send E\n30 append T\n", options);
   EXPECT_EQ(CountOf(lines, "0.000 post 900 1"), 1);
   EXPECT_EQ(CountOf(lines, "100.000 text \"ET\""), 1);
-  EXPECT_EQ(CountOf(lines, "340.000 key down"), 1);  // T, one letter gap after the E
-  EXPECT_EQ(CountOf(lines, "520.000 key up"), 1);
+  EXPECT_EQ(CountOf(lines, "340.000 keybox green"), 1);  // T, one letter gap after the E
+  EXPECT_EQ(CountOf(lines, "520.000 keybox red"), 1);
   EXPECT_EQ(lines.back(), "520.000 post 900 0");
 }
 
@@ -100,7 +189,7 @@ TEST(Runner, AbortEndsAHold) {
   const auto ended = std::find(lines.begin(), lines.end(), "1000.000 post 900 0");
   ASSERT_NE(ended, lines.end());
   EXPECT_EQ(std::count(lines.begin(), ended, "160.000 post 900 0"), 0);  // held, not ended, by the slow typing
-  EXPECT_EQ(CountOf(lines, "1000.000 ptt off"), 1);
+  EXPECT_EQ(CountOf(lines, "1000.000 pttbox red"), 1);
   EXPECT_EQ(CountOf(lines, "1000.000 text \"\""), 1);
 }
 

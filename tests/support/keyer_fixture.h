@@ -20,13 +20,20 @@ class KeyerFixture : public ::testing::Test {
  protected:
   using Settings = std::vector<std::pair<std::string, std::string>>;
 
-  // Writes the settings, then starts the keyer as the program does.
+  // Writes the settings into the file, then starts the keyer as the program does.
   void Start(const Settings& settings = {}, int16_t languageId = 1033) {
+    keyer.store.LocateSettingsFile(kDirectory, "");
     for (const auto& [key, value] : settings) {
       keyer.store.WriteSetting(settings::SectionOf(key), key, value);
     }
-    keyer.form.Form_Load(languageId);
+    p.language.languageId = languageId;
+    keyer.form.Form_Load();
     p.trace.Clear();
+  }
+
+  // A value as the settings file holds it now.
+  std::string StoredSetting(const std::string& section, const std::string& key) {
+    return p.files.GetPrivateProfileString(section, key, "", 2000, keyer.store.SettingsFilePath);
   }
 
   // Runs `event` at the first event pump at or after `ms`.
@@ -66,8 +73,10 @@ class KeyerFixture : public ::testing::Test {
     return kept;
   }
 
+  static constexpr const char* kDirectory = "/vantrel";
+
   platform::memory::MemoryPlatform p;
-  app::Vantrel keyer{p.platform()};
+  app::Vantrel keyer{p.platform(), {kDirectory, ""}};
   sending::CwState& cw = keyer.cw;
   sending::SendingCore& core = keyer.core;
 };

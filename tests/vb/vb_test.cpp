@@ -224,3 +224,13 @@ TEST(SameText, IgnoresCaseButNotLengthOrSpelling) {
   EXPECT_FALSE(vantrel::vb::SameText("Keying", "Keyinf"));
   EXPECT_TRUE(vantrel::vb::SameText("", ""));
 }
+
+TEST(CStr, SingleKeepsSevenDigitsAndNoTrailingZeros) {
+  using vantrel::vb::CStr;
+  EXPECT_EQ(CStr(2500.0f), "2500");
+  EXPECT_EQ(CStr(5017.5f), "5017.5");
+  EXPECT_EQ(CStr(-15.25f), "-15.25");
+  EXPECT_EQ(CStr(1234567.0f), "1234567");
+  EXPECT_EQ(CStr(12345678.0f), "1.234568E+07");  // past seven digits the exponent shows
+  EXPECT_EQ(CStr(0.1f), "0.1");                  // not the float's 0.100000001
+}

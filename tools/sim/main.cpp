@@ -1,6 +1,7 @@
 // vantrel-sim: the keyer without a window, on virtual time, driven by a script.
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -11,10 +12,15 @@
 namespace {
 
 constexpr const char* kUsage =
-    "usage: vantrel-sim [--set \"KEY=VALUE\"]... [--language N] [--until MS] SCRIPT|-\n"
-    "  --set KEY=VALUE  a setting, under its settings-file name (repeatable)\n"
+    "usage: vantrel-sim [--dir DIR] [--profile NAME] [--set \"KEY=VALUE\"]... [--language N]\n"
+    "                   [--until MS] [--real-time] SCRIPT|-\n"
+    "  --dir DIR        the configuration folder, its settings file read and written on disk\n"
+    "                   (without it the settings live in memory)\n"
+    "  --profile NAME   the keyer's command line: the settings file NAMEVantrel.INI\n"
+    "  --set KEY=VALUE  a setting written to the file before start-up (repeatable)\n"
     "  --language N     the user's language number (1033 English, 1053 Swedish, ...)\n"
-    "  --until MS       stop at this virtual time\n"
+    "  --until MS       stop at this time\n"
+    "  --real-time      the real clock and the configured real port, keyed as the keyer does\n"
     "  SCRIPT           lines of \"<ms> <verb> [args]\"; - reads standard input\n";
 
 [[noreturn]] void Fail(const std::string& message) {
@@ -45,6 +51,12 @@ int main(int argc, char** argv) {
       const auto equals = setting.find('=');
       if (equals == std::string::npos || equals == 0) Fail("--set takes KEY=VALUE");
       options.settings.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
+    } else if (arg == "--dir" && hasValue) {
+      options.directory = argv[++i];
+    } else if (arg == "--profile" && hasValue) {
+      options.profile = argv[++i];
+    } else if (arg == "--real-time") {
+      options.realTime = true;
     } else if (arg == "--language" && hasValue) {
       const long long id = Number(argv[++i], "--language");
       if (id < 0 || id > 32767) Fail("--language takes a number from 0 to 32767");
@@ -62,6 +74,9 @@ int main(int argc, char** argv) {
     }
   }
   if (!scriptPath) Fail("no script given");
+  if (options.directory && !std::filesystem::is_directory(*options.directory)) {
+    Fail("--dir " + *options.directory + " is not a folder");
+  }
 
   std::ifstream file;
   if (std::strcmp(scriptPath, "-") != 0) {

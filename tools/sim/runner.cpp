@@ -1,21 +1,109 @@
 #include "runner.h"
 
 #include "app/vantrel.h"
+#include "platform/linux/ini_profile_file.h"
+#include "platform/linux/line_safety.h"
+#include "platform/linux/linux_scheduler.h"
+#include "platform/linux/linux_system.h"
+#include "platform/linux/ppdev_parallel_port.h"
+#include "platform/linux/termios_serial_port.h"
 #include "platform/memory/memory_platform.h"
+#include "real_time.h"
 #include "settings/settings_store.h"
 
 namespace vantrel::sim {
 namespace {
 
-void Apply(app::Vantrel& keyer, platform::memory::MemoryPlatform& p, const ScriptEvent& event) {
+// Where the in-memory settings file lives when no folder is given.
+constexpr const char* kMemoryDirectory = "/vantrel";
+
+// The real side of a --real-time run: the wall clock, the scheduler and the ports.
+struct RealSystem {
+  explicit RealSystem(const std::string& configDir) : serial(configDir) {
+    platform::linuxos::InstallLineSafety();
+  }
+  RealQueueTime time;
+  platform::linuxos::LinuxScheduler scheduler{platform::linuxos::WaitMode::Sleep};
+  platform::linuxos::PpdevParallelPort parallel;
+  platform::linuxos::TermiosSerialPort serial;
+};
+
+class Session {
+ public:
+  Session(const RunOptions& options, platform::memory::MemoryPlatform& p)
+      : options_(options), p_(p) {
+    if (options.realTime) real_.emplace(PortDirectory());
+    if (options.directory) diskFiles_.emplace(disk_, p.trace);
+    p.language.languageId = options.languageId;
+    keyer_.emplace(Platform(), mainwindow::StartupEnvironment{Directory(), options.profile});
+  }
+
+  app::Vantrel& keyer() { return *keyer_; }
+  bool closed() const { return closed_; }
+
+  void Apply(const ScriptEvent& event);
+
+ private:
+  std::string Directory() const { return options_.directory.value_or(kMemoryDirectory); }
+  // Real ports are named by links in the real configuration folder.
+  std::string PortDirectory() const {
+    if (options_.directory) return *options_.directory;
+    std::string error;
+    return platform::linuxos::ConfigDirectory(error);
+  }
+
+  platform::Platform Platform() {
+    platform::memory::MemoryPlatform& p = p_;
+    platform::ProfileFile& files = diskFiles_ ? static_cast<platform::ProfileFile&>(*diskFiles_)
+                                              : static_cast<platform::ProfileFile&>(p.profile);
+    // A file on disk is stamped with the real date, one in memory with a fixed one.
+    platform::WallClock& calendar = options_.directory
+                                        ? static_cast<platform::WallClock&>(wallClock_)
+                                        : static_cast<platform::WallClock&>(p.wallClock);
+    if (!real_) {
+      return platform::Platform{p.controls, p.clock,     p.queue,       files,  calendar,
+                                p.language, p.parallel,  p.cwControl,   p.linkChannel, p.tone,
+                                p.link,     p.winkey,    p.macroLoop,   p.calibration};
+    }
+    p.queue.UseTime(real_->time);
+    return platform::Platform{p.controls,  real_->scheduler, p.queue,      files,
+                              calendar,    p.language,       real_->parallel, real_->serial,
+                              p.linkChannel, p.tone,         p.link,       p.winkey,
+                              p.macroLoop, p.calibration};
+  }
+
+  const RunOptions& options_;
+  platform::memory::MemoryPlatform& p_;
+  std::optional<RealSystem> real_;
+  platform::linuxos::IniProfileFile disk_;
+  std::optional<platform::memory::TracingProfileFile> diskFiles_;
+  platform::linuxos::LinuxWallClock wallClock_;
+  std::optional<app::Vantrel> keyer_;
+  bool closed_ = false;
+};
+
+void Session::Apply(const ScriptEvent& event) {
+  if (closed_) return;
+  app::Vantrel& keyer = *keyer_;
   sending::SendingCore& core = keyer.core;
   if (event.verb == "send") {
-    p.CWTextBox.SetText(event.argument);
+    p_.CWTextBox.SetText(event.argument);
   } else if (event.verb == "append") {
     // As typing does: at the end, in the colour of unsent text.
-    p.CWTextBox.SetSelStart(static_cast<int>(p.CWTextBox.Text().size()));
-    p.CWTextBox.SetSelColor(keyer.cw.TextForeColor);
-    p.CWTextBox.SetSelText(event.argument);
+    p_.CWTextBox.SetSelStart(static_cast<int>(p_.CWTextBox.Text().size()));
+    p_.CWTextBox.SetSelColor(keyer.cw.TextForeColor);
+    p_.CWTextBox.SetSelText(event.argument);
+  } else if (event.verb == "close") {
+    bool cancel = false;
+    keyer.form.Form_QueryUnload(cancel);
+    if (!cancel) {
+      keyer.form.Form_Unload();
+      closed_ = true;
+    }
+  } else if (event.verb == "unplug") {
+    if (real_) throw ScriptError(event.line, "unplug works on the in-memory ports only");
+    p_.cwControl.Unplug();
+    p_.parallel.Unplug();
   } else if (event.argument == "mnuTX") {
     core.mnuTX_Click();
   } else if (event.argument == "mnuabort") {
@@ -26,6 +114,8 @@ void Apply(app::Vantrel& keyer, platform::memory::MemoryPlatform& p, const Scrip
     core.mnuVOX_Click();
   } else if (event.argument == "mnuMOX") {
     core.mnuMOX_Click();
+  } else if (event.argument == "mnuDedicatedSerialPort") {
+    keyer.form.mnuDedicatedSerialPort_Click();
   }
 }
 
@@ -34,19 +124,24 @@ void Apply(app::Vantrel& keyer, platform::memory::MemoryPlatform& p, const Scrip
 void Run(const RunOptions& options, const std::vector<ScriptEvent>& events,
          const std::function<void(const std::string&)>& out) {
   platform::memory::MemoryPlatform p;
-  app::Vantrel keyer(p.platform());
   p.trace.SetSink([&](const std::string& line) {
-    if (!options.untilNs || p.clock.NowNs() <= *options.untilNs) out(line);
+    if (!options.untilNs || p.queue.time().NowNs() <= *options.untilNs) out(line);
   });
+  Session session(options, p);
+  app::Vantrel& keyer = session.keyer();
 
-  for (const auto& [key, value] : options.settings) {
-    keyer.store.WriteSetting(settings::SectionOf(key), key, value);
+  // The settings go into the file before start-up reads it, as an edit would.
+  if (!options.settings.empty()) {
+    keyer.store.LocateSettingsFile(options.directory.value_or(kMemoryDirectory), options.profile);
+    for (const auto& [key, value] : options.settings) {
+      keyer.store.WriteSetting(settings::SectionOf(key), key, value);
+    }
   }
   keyer.core.OnMark([&p](int16_t position) { p.trace.Emit("mark " + std::to_string(position)); });
-  keyer.form.Form_Load(options.languageId);
+  keyer.form.Form_Load();
 
   for (const ScriptEvent& event : events) {
-    p.queue.Post(event.atNs, [&keyer, &p, &event] { Apply(keyer, p, event); });
+    p.queue.Post(event.atNs, [&session, &event] { session.Apply(event); });
   }
   p.queue.RunPosted(options.untilNs);
 }

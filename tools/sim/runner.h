@@ -1,5 +1,6 @@
-// Runs the keyer headless on the in-memory platform: settings and start-up,
-// then the script's events at their virtual times, printing every event.
+// Runs the keyer headless: start-up, then the script's events at their
+// times, printing every event. Virtual time on in-memory ports, or the real
+// clock on the configured real port.
 #pragma once
 
 #include <cstdint>
@@ -17,6 +18,12 @@ struct RunOptions {
   std::vector<std::pair<std::string, std::string>> settings;  // in the order given
   int16_t languageId = 1033;
   std::optional<int64_t> untilNs;
+  // The configuration folder on disk; without one the settings live in memory.
+  std::optional<std::string> directory;
+  // The command line the keyer is started with: a profile name.
+  std::string profile;
+  // Real clock, real scheduler, real key port.
+  bool realTime = false;
 };
 
 // Runs the events and hands each trace line to `out`.

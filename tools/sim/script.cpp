@@ -12,8 +12,10 @@ struct VerbInfo {
   const char* name;
   bool takesArgument;
 };
-constexpr std::array<VerbInfo, 3> kVerbs{{{"send", true}, {"append", true}, {"menu", true}}};
-constexpr std::array<const char*, 5> kMenus{"mnuTX", "mnuabort", "mnuTune", "mnuVOX", "mnuMOX"};
+constexpr std::array<VerbInfo, 5> kVerbs{
+    {{"send", true}, {"append", true}, {"menu", true}, {"close", false}, {"unplug", false}}};
+constexpr std::array<const char*, 6> kMenus{"mnuTX",  "mnuabort", "mnuTune",
+                                            "mnuVOX", "mnuMOX",   "mnuDedicatedSerialPort"};
 
 int HexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -92,6 +94,7 @@ std::vector<ScriptEvent> ParseScript(std::istream& in) {
     const auto argumentAt = verbAt + verb.size() + 1;
     if (argumentAt <= raw.size()) event.argument = Unescape(raw.substr(argumentAt), line);
     if (takesArgument && event.argument.empty()) throw ScriptError(line, verb + " needs an argument");
+    if (!takesArgument && !event.argument.empty()) throw ScriptError(line, verb + " takes no argument");
     if (verb == "menu" && !KnownMenu(event.argument)) {
       throw ScriptError(line, "unknown menu entry '" + event.argument + "'");
     }
