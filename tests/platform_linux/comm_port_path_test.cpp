@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <string>
 
+#include "support/temp_folder.h"
+
 namespace vantrel::platform::linuxos {
 namespace {
 
@@ -20,8 +22,8 @@ TEST(CommDevicePath, NumbersOutsideOneToNinetyNineHaveNoDevice) {
 }
 
 TEST(CommDevicePath, LinkInConfigDirectoryWinsEvenWhenDangling) {
-  std::string dir = (std::filesystem::temp_directory_path() / "vantrel-com-XXXXXX").string();
-  ASSERT_NE(::mkdtemp(dir.data()), nullptr);
+  const testing::TempFolder folder;
+  const std::string& dir = folder.path();
   ASSERT_EQ(::symlink("/dev/null", (dir + "/com1").c_str()), 0);
   ASSERT_EQ(::symlink("/dev/serial/by-id/unplugged", (dir + "/com12").c_str()), 0);
 
@@ -30,7 +32,6 @@ TEST(CommDevicePath, LinkInConfigDirectoryWinsEvenWhenDangling) {
   // com1 must not stand for com10, nor com12 for com1x.
   EXPECT_EQ(CommDevicePath(10, dir), "/dev/ttyUSB9");
   EXPECT_EQ(CommDevicePath(2, dir), "/dev/ttyUSB1");
-  std::filesystem::remove_all(dir);
 }
 
 }  // namespace

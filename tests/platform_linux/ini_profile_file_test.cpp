@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "support/temp_folder.h"
+
 namespace vantrel::platform::linuxos {
 namespace {
 
@@ -22,25 +24,9 @@ const std::string kMissing = "<missing>";
 
 class IniProfileFileTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-ini-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    dir_ = pattern;
-    path_ = dir_ + "/vantrel.ini";
-  }
-  void TearDown() override {
-    if (dir_.empty()) return;
-    ::chmod(dir_.c_str(), 0700);
-    std::filesystem::remove_all(dir_);
-  }
 
   void Put(const std::string& text) { std::ofstream(path_, std::ios::binary) << text; }
-  std::string Contents() const {
-    std::ifstream in(path_, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-  }
+  std::string Contents() const { return folder_.Read("vantrel.ini"); }
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(dir_)) names.push_back(entry.path().filename());
@@ -55,8 +41,9 @@ class IniProfileFileTest : public ::testing::Test {
   }
 
   IniProfileFile ini_;
-  std::string dir_;
-  std::string path_;
+  testing::TempFolder folder_;
+  const std::string dir_ = folder_.path();
+  const std::string path_ = folder_ / "vantrel.ini";
 };
 
 TEST_F(IniProfileFileTest, HandEditedCrlfFileReadsFirstMatch) {

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "support/temp_folder.h"
+
 namespace vantrel::platform::linuxos {
 namespace {
 
@@ -26,9 +28,6 @@ TEST(WindowsLanguageNumber, LocaleThenLanguageThenEnglish) {
 class LinuxSystemFolders : public ::testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-sys-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    dir_ = pattern;
     for (const char* name : {"VANTREL_HOME", "XDG_CONFIG_HOME", "HOME"}) {
       const char* value = std::getenv(name);
       saved_.emplace_back(name, value ? std::optional<std::string>(value) : std::nullopt);
@@ -42,10 +41,10 @@ class LinuxSystemFolders : public ::testing::Test {
         ::unsetenv(name.c_str());
       }
     }
-    std::filesystem::remove_all(dir_);
   }
 
-  std::string dir_;
+  testing::TempFolder folder_;
+  const std::string dir_ = folder_.path();
   std::vector<std::pair<std::string, std::optional<std::string>>> saved_;
 };
 

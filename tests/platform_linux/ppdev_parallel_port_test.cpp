@@ -7,6 +7,8 @@
 #include <fstream>
 #include <string>
 
+#include "support/temp_folder.h"
+
 namespace vantrel::platform::linuxos {
 namespace {
 
@@ -15,8 +17,6 @@ namespace {
 class PpdevParallelPortTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    root_ = (std::filesystem::temp_directory_path() / "vantrel-pp-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(root_.data()), nullptr);
     Port("parport90", "888\t-1\n");       // &H378
     Port("parport91", "632\t1912\n");     // &H278
     Port("parport92", "53264\t53248\n");  // &HD010, a PCIe card
@@ -24,14 +24,14 @@ class PpdevParallelPortTest : public ::testing::Test {
     Port("parport910", "888\t-1\n");  // a later port claiming the same base
     std::filesystem::create_directories(root_ + "/default");
   }
-  void TearDown() override { std::filesystem::remove_all(root_); }
 
   void Port(const std::string& name, const std::string& baseAddr) {
     std::filesystem::create_directories(root_ + "/" + name);
     std::ofstream(root_ + "/" + name + "/base-addr") << baseAddr;
   }
 
-  std::string root_;
+  testing::TempFolder folder_;
+  const std::string root_ = folder_.path();
 };
 
 TEST_F(PpdevParallelPortTest, FindsTheDeviceByDecimalBaseAddress) {

@@ -13,6 +13,8 @@
 #include <optional>
 #include <string>
 
+#include "support/temp_folder.h"
+
 namespace vantrel::platform::linuxos {
 namespace {
 
@@ -24,8 +26,6 @@ constexpr char kNoLines[] = "Inappropriate ioctl for device";
 class TermiosSerialPortTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    dir_ = (std::filesystem::temp_directory_path() / "vantrel-tty-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(dir_.data()), nullptr);
     master_ = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
     ASSERT_GE(master_, 0);
     ASSERT_EQ(::grantpt(master_), 0);
@@ -38,10 +38,10 @@ class TermiosSerialPortTest : public ::testing::Test {
   void TearDown() override {
     port_.reset();
     if (master_ >= 0) ::close(master_);
-    std::filesystem::remove_all(dir_);
   }
 
-  std::string dir_;
+  testing::TempFolder folder_;
+  const std::string dir_ = folder_.path();
   int master_ = -1;
   std::string pts_;
   std::optional<TermiosSerialPort> port_;

@@ -12,6 +12,8 @@
 #include "platform/linux/ini_profile_file.h"
 #include "settings/settings_store.h"
 
+#include "support/temp_folder.h"
+
 namespace vantrel::settings {
 namespace {
 
@@ -59,19 +61,7 @@ class FixedClock : public platform::WallClock {
 // The store over real files in a fresh directory, as the program finds its own.
 class SettingsStoreTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-store-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    dir_ = pattern;
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
-
-  std::string Contents(const std::string& name) const {
-    std::ifstream in(dir_ + "/" + name, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-  }
+  std::string Contents(const std::string& name) const { return folder_.Read(name); }
   void Put(const std::string& name, const std::string& text) const {
     std::ofstream(dir_ + "/" + name, std::ios::binary) << text;
   }
@@ -85,7 +75,8 @@ class SettingsStoreTest : public ::testing::Test {
   platform::linuxos::IniProfileFile files_;
   FixedClock clock_;
   std::optional<SettingsStore> store_;
-  std::string dir_;
+  testing::TempFolder folder_;
+  const std::string dir_ = folder_.path();
 };
 
 TEST_F(SettingsStoreTest, FirstStartMakesAFileHoldingOnlyTheStamp) {

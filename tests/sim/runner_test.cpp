@@ -12,6 +12,7 @@
 
 #include "runner.h"
 #include "script.h"
+#include "support/temp_folder.h"
 
 namespace vantrel::sim {
 namespace {
@@ -82,20 +83,10 @@ TEST(Runner, SettingsGoIntoTheFileBeforeStartUpReadsThem) {
 
 class RunnerOnDisk : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-sim-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    dir_ = pattern;
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
-  std::string Read(const std::string& name) const {
-    std::ifstream in(dir_ + "/" + name);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-  }
+  std::string Read(const std::string& name) const { return folder_.Read(name); }
 
-  std::string dir_;
+  testing::TempFolder folder_;
+  const std::string dir_ = folder_.path();
 };
 
 TEST_F(RunnerOnDisk, EmptyFolderGetsTheStampedFileAndTheRectangleAtClose) {
