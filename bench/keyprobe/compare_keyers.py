@@ -45,7 +45,7 @@ def run_vantrel(a, shim, wpm, text, log):
     script = '%d send %s\n%d close\n' % (send_ms, text, send_ms + int(ideal_s * 1000 * 1.5) + 2000)
     settings = {'Port to Use': 'Serial', 'Dedicated Serial Port': 'Comm1', 'WPM': str(wpm),
                 'PTT': 'ON', 'PTT Delay': str(a.ptt_delay), 'Slow Typing': 'OFF'}
-    cmd = [a.sim, '--real-time', '--dir', folder]
+    cmd = [a.sim, '--real-time', '--quiet', '--dir', folder]
     for key, value in settings.items():
         cmd += ['--set', '%s=%s' % (key, value)]
     cmd.append('-')
@@ -152,7 +152,7 @@ def section(a, records, speeds):
         'Each keyer keys "PARIS" x %d at each speed on the dedicated serial port of a stand-in '
         '/dev/ttyUSB0 (DTR the key, RTS the PTT, PTT delay %d ms): the keyprobe shim answers the '
         "port's ioctls and stamps every line change at the ioctl, outside the keyer. vantrel is "
-        '`vantrel-sim --real-time` (sleeping waits, real-time priority); cwdaemon is driven over '
+        '`vantrel-sim --real-time --quiet` (sleeping waits, real-time priority, no trace); cwdaemon is driven over '
         "UDP by keyprobe's drive.py. The keyers take turns, run by run. Edge errors are |edge - "
         'ideal| with the first key-down as zero, so a late edge moves every edge after it; length '
         'p99 holds each element and space against its own ideal length. cwdaemon spaces words by '

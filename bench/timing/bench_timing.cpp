@@ -499,8 +499,9 @@ int main(int argc, char** argv) {
         << "Made by `" << command << "` on " << UtcNow() << ", " << Machine() << ".\n\n"
         << "The keyer sends \"PARIS PARIS ...\" (words: " << words.str()
         << " WPM) through `SendLoop` on CLOCK_MONOTONIC, with dash 3, letter space 3, word "
-           "space 7, PTT off, Slow Typing off and no sidetone; a recording key line stamps "
-           "every edge. Spin and sleep alternate, speed by speed, in "
+           "space 7, PTT off, Slow Typing off and no sidetone; the line driver keys a "
+           "recording parallel port that stamps every change of the key bit, with the "
+           "in-memory trace muted. Spin and sleep alternate, speed by speed, in "
         << reps << (reps == 1 ? " round" : " rounds")
         << ". Edge errors are |edge − ideal| with the first key-down as zero, so a late "
            "edge moves every edge after it; length p99 holds each element and space against "

@@ -65,7 +65,10 @@ class StartMarker final : public platform::LoggerLink {
 
 struct TimingRig {
   TimingRig(platform::Scheduler& scheduler, NowNs now)
-      : scheduler(scheduler), port(now), link(std::move(now)) {}
+      : scheduler(scheduler), port(now), link(std::move(now)) {
+    // The indicators and menus would trace every change; the program has no trace.
+    p.trace.SetMuted(true);
+  }
 
   platform::Scheduler& scheduler;
   // Controls, files and a pump whose own clock stands still: no timer fires

@@ -124,6 +124,7 @@ void Session::Apply(const ScriptEvent& event) {
 void Run(const RunOptions& options, const std::vector<ScriptEvent>& events,
          const std::function<void(const std::string&)>& out) {
   platform::memory::MemoryPlatform p;
+  p.trace.SetMuted(options.quiet);
   p.trace.SetSink([&](const std::string& line) {
     if (!options.untilNs || p.queue.time().NowNs() <= *options.untilNs) out(line);
   });

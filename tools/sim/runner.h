@@ -24,6 +24,8 @@ struct RunOptions {
   std::string profile;
   // Real clock, real scheduler, real key port.
   bool realTime = false;
+  // No trace at all: what a measurement of the port wants.
+  bool quiet = false;
 };
 
 // Runs the events and hands each trace line to `out`.

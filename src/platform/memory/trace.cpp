@@ -5,6 +5,7 @@
 namespace vantrel::platform::memory {
 
 void Trace::Emit(const std::string& event) {
+  if (muted_) return;
   char stamp[32];
   std::snprintf(stamp, sizeof stamp, "%.3f ", nowMs_());
   lines_.push_back(stamp + event);

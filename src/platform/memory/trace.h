@@ -16,6 +16,8 @@ class Trace {
   void Emit(const std::string& event);
   // Every line also goes here as it happens, e.g. to standard output.
   void SetSink(std::function<void(const std::string&)> sink) { sink_ = std::move(sink); }
+  // While muted nothing is formatted or kept: a benchmark times the keyer, not its trace.
+  void SetMuted(bool muted) { muted_ = muted; }
 
   const std::vector<std::string>& Lines() const { return lines_; }
   // The events alone, without their times.
@@ -30,6 +32,7 @@ class Trace {
   std::function<double()> nowMs_;
   std::function<void(const std::string&)> sink_;
   std::vector<std::string> lines_;
+  bool muted_ = false;
 };
 
 }  // namespace vantrel::platform::memory
