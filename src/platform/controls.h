@@ -18,6 +18,23 @@ class Control {
   virtual void SetVisible(bool visible) = 0;
 };
 
+// Where a control sits in its container, in twips.
+class Placed {
+ public:
+  virtual ~Placed() = default;
+  virtual float Left() const = 0;
+  virtual float Top() const = 0;
+  virtual float Width() const = 0;
+  virtual float Height() const = 0;
+  virtual void SetLeft(float twips) = 0;
+  virtual void SetTop(float twips) = 0;
+  virtual void SetWidth(float twips) = 0;
+  virtual void SetHeight(float twips) = 0;
+};
+
+// A control with a face on the window, such as a panel or a combo box.
+class PlacedControl : public Control, public Placed {};
+
 class MenuItem : public Control {
  public:
   virtual bool Checked() const = 0;
@@ -27,7 +44,7 @@ class MenuItem : public Control {
 };
 
 // A panel with a caption, such as the row that shows the speed.
-class StatusPanel : public Control {
+class StatusPanel : public PlacedControl {
  public:
   virtual std::string Caption() const = 0;
   virtual void SetCaption(const std::string& caption) = 0;
@@ -54,9 +71,8 @@ class ControlArray {
 // The two pictures a line indicator can show: the line active or idle.
 enum class Picture { Green, Red };
 
-class PictureBox {
+class PictureBox : public Placed {
  public:
-  virtual ~PictureBox() = default;
   virtual Picture Shown() const = 0;
   virtual void SetPicture(Picture picture) = 0;
 };

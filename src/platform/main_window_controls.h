@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "platform/common_dialog.h"
 #include "platform/controls.h"
 #include "platform/text_box.h"
 #include "platform/window.h"
@@ -17,7 +18,7 @@ struct MainWindowControls {
   TextBox& CallsignField;
   TextBox& NameField;
   TextBox& SRXField;
-  Control& cmbPrevious;
+  PlacedControl& cmbPrevious;
 
   MenuItem& mnuTX;
   MenuItem& mnuAbort;
@@ -42,15 +43,16 @@ struct MainWindowControls {
   MenuItem& mnuVersion;
 
   // The three rows of macro buttons, ALT, SHIFT and plain F keys.
-  Control& ElasticOne1;
-  Control& ElasticOne2;
-  Control& ElasticOne3;
+  PlacedControl& ElasticOne1;
+  PlacedControl& ElasticOne2;
+  PlacedControl& ElasticOne3;
   ControlArray<CommandButton>& btnf;
   StatusPanel& sBar;
 
   PictureBox& KeyBox;
   PictureBox& PTTBox;
   Timer& Timer1;
+  CommonDialog& CommonDialog1;
 
   // Every control of the window in its design order; the language tables
   // number the menu captions by this order.

@@ -9,7 +9,7 @@
 
 namespace vantrel::platform {
 
-class TextBox : public Control {
+class TextBox : public PlacedControl {
  public:
   virtual std::string Text() const = 0;
   virtual void SetText(const std::string& text) = 0;
@@ -28,12 +28,14 @@ class TextBox : public Control {
 
   virtual Colour BackColor() const = 0;
   virtual void SetBackColor(Colour colour) = 0;
+  virtual std::string FontName() const = 0;
+  virtual float FontSize() const = 0;
+  virtual bool FontBold() const = 0;
+  virtual bool FontItalic() const = 0;
   virtual void SetFontName(const std::string& name) = 0;
   virtual void SetFontSize(float points) = 0;
   virtual void SetFontBold(bool bold) = 0;
   virtual void SetFontItalic(bool italic) = 0;
-  // Width 0 is how a field hides.
-  virtual void SetWidth(float twips) = 0;
   virtual void SetFocus() = 0;
 
   // Runs after every change of the text, whoever made it.

@@ -39,7 +39,7 @@ TEST_F(StartupShutdown, FirstStartRunsInItsFixedOrder) {
   EXPECT_TRUE(keyer.form.StartupDone);
   EXPECT_TRUE(p.Timer1.Enabled());
   EXPECT_EQ(p.mnuVersion.Caption(), "Version 0.1.0");
-  EXPECT_EQ(p.SRXField.width, 0);
+  EXPECT_EQ(p.SRXField.Width(), 0);
   EXPECT_TRUE(p.CallsignField.Visible());
   EXPECT_EQ(cw.LanguageId, 1033);
 }

@@ -5,7 +5,9 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
+#include "platform/common_dialog.h"
 #include "platform/controls.h"
 #include "platform/memory/trace.h"
 #include "platform/window.h"
@@ -26,7 +28,25 @@ class MemoryControlBase : public Interface {
   bool visible_ = true;
 };
 
+// Geometry kept as set, for controls with a face.
+template <typename Interface>
+class MemoryPlacedBase : public Interface {
+ public:
+  float Left() const override { return left_; }
+  float Top() const override { return top_; }
+  float Width() const override { return width_; }
+  float Height() const override { return height_; }
+  void SetLeft(float twips) override { left_ = twips; }
+  void SetTop(float twips) override { top_ = twips; }
+  void SetWidth(float twips) override { width_ = twips; }
+  void SetHeight(float twips) override { height_ = twips; }
+
+ private:
+  float left_ = 0, top_ = 0, width_ = 0, height_ = 0;
+};
+
 using MemoryControl = MemoryControlBase<Control>;
+using MemoryPlacedControl = MemoryPlacedBase<MemoryControlBase<PlacedControl>>;
 
 class MemoryMenuItem : public MemoryControlBase<MenuItem> {
  public:
@@ -52,7 +72,7 @@ class MemoryMenuItem : public MemoryControlBase<MenuItem> {
   bool checked_ = false;
 };
 
-class MemoryStatusPanel : public MemoryControlBase<StatusPanel> {
+class MemoryStatusPanel : public MemoryPlacedBase<MemoryControlBase<StatusPanel>> {
  public:
   explicit MemoryStatusPanel(Trace& trace) : trace_(trace) {}
 
@@ -101,7 +121,7 @@ class MemoryButtonArray : public ControlArray<CommandButton> {
 };
 
 // A line indicator; `name` is how the trace calls it.
-class MemoryPictureBox : public PictureBox {
+class MemoryPictureBox : public MemoryPlacedBase<PictureBox> {
  public:
   MemoryPictureBox(Trace& trace, std::string name) : trace_(trace), name_(std::move(name)) {}
 
@@ -115,6 +135,33 @@ class MemoryPictureBox : public PictureBox {
   Trace& trace_;
   std::string name_;
   Picture shown_ = Picture::Red;
+};
+
+// Answers each dialog with the next scripted choice; with none left, a cancel.
+class MemoryCommonDialog : public CommonDialog {
+ public:
+  explicit MemoryCommonDialog(Trace& trace) : trace_(trace) {}
+
+  bool ShowColor(Colour& colour) override {
+    trace_.Emit("dialog color " + std::to_string(colour));
+    if (colours.empty()) return false;
+    colour = colours.front();
+    colours.erase(colours.begin());
+    return true;
+  }
+  bool ShowFont(FontChoice& font) override {
+    trace_.Emit("dialog font " + Trace::Quote(font.name));
+    if (fonts.empty()) return false;
+    font = fonts.front();
+    fonts.erase(fonts.begin());
+    return true;
+  }
+
+  std::vector<Colour> colours;
+  std::vector<FontChoice> fonts;
+
+ private:
+  Trace& trace_;
 };
 
 class MemoryWindow : public Window {

@@ -31,7 +31,7 @@ struct MemoryPlatform {
   MemoryTextBox CallsignField{trace, 0, "CallsignField"};
   MemoryTextBox NameField{trace, 0, "NameField"};
   MemoryTextBox SRXField{trace, 0, "SRXField"};
-  MemoryControl cmbPrevious;
+  MemoryPlacedControl cmbPrevious;
   MemoryMenuItem mnuTX{trace, "mnuTX", "TX"};
   MemoryMenuItem mnuAbort{trace, "mnuAbort", "Abort"};
   MemoryMenuItem mnuConfig{trace, "mnuConfig", "Config"};
@@ -54,14 +54,15 @@ struct MemoryPlatform {
   MemoryMenuItem mnuSend0asT{trace, "mnuSend0asT", "Send 0 as T"};
   MemoryMenuItem mnuSend0asO{trace, "mnuSend0asO", "Send 0 as O"};
   MemoryMenuItem mnuVersion{trace, "mnuVersion", "Version"};
-  MemoryControl ElasticOne1;
-  MemoryControl ElasticOne2;
-  MemoryControl ElasticOne3;
+  MemoryPlacedControl ElasticOne1;
+  MemoryPlacedControl ElasticOne2;
+  MemoryPlacedControl ElasticOne3;
   MemoryButtonArray btnf;
   MemoryStatusPanel sBar{trace};
   MemoryPictureBox KeyBox{trace, "keybox"};
   MemoryPictureBox PTTBox{trace, "pttbox"};
   MemoryTimer Timer1{queue};
+  MemoryCommonDialog CommonDialog1{trace};
 
   MemoryParallelPort parallel{trace};
   MemorySerialPort cwControl{trace};
@@ -78,7 +79,7 @@ struct MemoryPlatform {
       mnuMOX,      mnuDedicatedSerialPort,     mnuWinKey,   mnuWinKey2, mnuSoftwareKeyer,
       mnuOnTop,    mFkeys,      mAFkeys,       mSFkeys,     mnuShowCallsign, mnuShowSRX,
       mnuSend0as0, mnuSend0asT, mnuSend0asO,   mnuVersion,  ElasticOne1, ElasticOne2,
-      ElasticOne3, btnf,        sBar,          KeyBox,      PTTBox,    Timer1,
+      ElasticOne3, btnf,        sBar,          KeyBox,      PTTBox,    Timer1, CommonDialog1,
       {&CWTextBox, &CallsignField, &NameField, &SRXField, &cmbPrevious, &mnuConfig,
        &mnuKeying, &mnuVOX, &mnuMOX, &mnuDedicatedSerialPort, &mnuWinKey, &mnuWinKey2,
        &mnuSoftwareKeyer, &mnuView, &mnuOnTop, &mFkeys, &mAFkeys, &mSFkeys, &mnuShowCallsign,

@@ -11,7 +11,7 @@
 
 namespace vantrel::platform::memory {
 
-class MemoryTextBox : public MemoryControlBase<TextBox> {
+class MemoryTextBox : public MemoryPlacedBase<MemoryControlBase<TextBox>> {
  public:
   // `name` starts the trace line of a change: "text" for the transmit box.
   explicit MemoryTextBox(Trace& trace, Colour initialColour = 0, std::string name = "text")
@@ -30,18 +30,20 @@ class MemoryTextBox : public MemoryControlBase<TextBox> {
   void OnChange(std::function<void()> handler) override { onChange_ = std::move(handler); }
   Colour BackColor() const override { return backColor_; }
   void SetBackColor(Colour colour) override { backColor_ = colour; }
+  std::string FontName() const override { return fontName; }
+  float FontSize() const override { return fontSize; }
+  bool FontBold() const override { return fontBold; }
+  bool FontItalic() const override { return fontItalic; }
   void SetFontName(const std::string& name) override { fontName = name; }
   void SetFontSize(float points) override { fontSize = points; }
   void SetFontBold(bool bold) override { fontBold = bold; }
   void SetFontItalic(bool italic) override { fontItalic = italic; }
-  void SetWidth(float twips) override { width = twips; }
   void SetFocus() override { ++focused; }
 
   std::string fontName;
   float fontSize = 0;
   bool fontBold = false;
   bool fontItalic = false;
-  float width = 0;
   int focused = 0;
 
   Colour ColourAt(int offset) const { return colours_.at(offset); }
