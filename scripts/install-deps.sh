@@ -3,7 +3,10 @@
 # Runs as root; asks apt only when something is missing.
 set -euo pipefail
 
-packages=(gcc g++ cmake ninja-build libgtest-dev libgmock-dev)
+# qt6-base-dev brings Qt Widgets and Qt Test; xvfb and xauth run the window
+# for the screenshot (xvfb-run).
+packages=(gcc g++ cmake ninja-build libgtest-dev libgmock-dev
+  qt6-base-dev xvfb xauth)
 
 missing=()
 for package in "${packages[@]}"; do

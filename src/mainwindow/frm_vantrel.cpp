@@ -10,7 +10,6 @@ namespace {
 
 constexpr int32_t kPollInterval = 200;
 constexpr int16_t kFirstMenuString = 9501;
-constexpr float kSrxFieldWidth = 600;
 
 std::string VersionText() {
   return std::to_string(VANTREL_VERSION_MAJOR) + "." + std::to_string(VANTREL_VERSION_MINOR) +
@@ -174,14 +173,6 @@ void FrmVantrel::mnuDedicatedSerialPort_Click() {
   }
   c_.mnuDedicatedSerialPort.SetChecked(port.PortOpen());
   if (!port.Error().empty()) lines_.ReportPortError();
-}
-
-// The field has no visible flag: a width of 0 hides it.
-void FrmVantrel::mnuShowSRX_Click() {
-  const bool show = !c_.mnuShowSRX.Checked();
-  c_.mnuShowSRX.SetChecked(show);
-  c_.SRXField.SetWidth(show ? kSrxFieldWidth : 0);
-  store_.WriteSetting(settings::kMainSection, "SRX Field Visible", show ? "True" : "False");
 }
 
 void FrmVantrel::CWTextBox_Change() {

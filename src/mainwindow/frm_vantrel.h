@@ -52,8 +52,33 @@ class FrmVantrel {
 
   void CWTextBox_Change();
   void Timer1_Timer();
-  void mnuDedicatedSerialPort_Click();
+
+  // Layout: the window's resize event, rows and fields shown or hidden.
+  void Form_Resize();
+  void mFkeys_Click();
+  void mSFkeys_Click();
+  void mAFkeys_Click();
+  void mnuShowCallsign_Click();
   void mnuShowSRX_Click();
+  void mnuOnTop_Click();
+
+  // Menu entries that hold a choice.
+  void mnuSend0as0_Click();
+  void mnuSend0asT_Click();
+  void mnuSend0asO_Click();
+  // Runs as the Keying menu opens.
+  void mnuKeying_Click();
+  void mnuDedicatedSerialPort_Click();
+
+  // Appearance: each starts its dialog from the present value and writes the result.
+  void mnuWPMColor_Click();
+  void mnutextfont_Click();
+  void mnutextbackcolor_Click();
+  void mnutxtextcolor_Click();
+  void mnutxingtextcolor_Click();
+  void mnuLoopingBackColor_Click();
+  // The dialog's colour, or `start` after a cancel.
+  platform::Colour ChooseColor(platform::Colour start);
 
   void LoadLanguageModule();
   std::string LoadLanguageString(int16_t id, bool keepBlanks);
@@ -64,6 +89,10 @@ class FrmVantrel {
 
  private:
   void OpenLink();
+  // The four show/hide entries work alike.
+  void ToggleShown(platform::MenuItem& entry, platform::Control& panel, const char* key);
+  void TickSerialZero(platform::MenuItem& entry, const char* value);
+  void ChooseTextFont();
 
   bool showingReport_ = false;
   platform::Platform p_;

@@ -86,7 +86,27 @@ struct MemoryPlatform {
        &mnuShowSRX, &mnuSend0as0, &mnuSend0asT, &mnuSend0asO, &mnuTX, &mnuAbort, &mnuVersion,
        &ElasticOne1, &ElasticOne2, &ElasticOne3, &sBar}};
 
-  MemoryPlatform() { sBar.SetVisible(false); }
+  // The window's design: what docking would give a window of design size.
+  MemoryPlatform() {
+    sBar.SetVisible(false);
+    Place(sBar, 0, 0, 7125, 315);
+    Place(KeyBox, 1200, 0, 375, 255);
+    Place(PTTBox, 1560, 0, 255, 255);
+    Place(cmbPrevious, 1920, 0, 1335, 315);
+    Place(CallsignField, 3240, -10, 1095, 345);
+    Place(SRXField, 4440, -15, 700, 345);
+    Place(NameField, 5520, -15, 1095, 345);
+    Place(ElasticOne3, 0, 2340, 7125, 270);
+    Place(ElasticOne2, 0, 2610, 7125, 270);
+    Place(ElasticOne1, 0, 2880, 7125, 270);
+  }
+
+  static void Place(Placed& control, float left, float top, float width, float height) {
+    control.SetLeft(left);
+    control.SetTop(top);
+    control.SetWidth(width);
+    control.SetHeight(height);
+  }
 
   Platform platform() {
     return Platform{controls, clock,     queue,     profile, wallClock,
