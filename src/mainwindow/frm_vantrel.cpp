@@ -38,13 +38,11 @@ FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
   c_.CWTextBox.OnChange([this] { CWTextBox_Change(); });
   c_.Timer1.OnTimer([this] { Timer1_Timer(); });
   c_.Timer1.SetInterval(kPollInterval);
-  // A port that fails under a transmission ends it as a close request does.
-  // The report is shown, not sent: the port it would go out on has gone.
+  // A port that fails under a transmission ends it as a close request does;
+  // the report is then text like any other.
   lines_.OnPortLost([this](const std::string& report) {
     core_.StopTransmission();
-    showingReport_ = true;
     c_.CWTextBox.SetText(report);
-    showingReport_ = false;
   });
 }
 
@@ -177,7 +175,7 @@ void FrmVantrel::mnuDedicatedSerialPort_Click() {
 
 void FrmVantrel::CWTextBox_Change() {
   if (!c_.mnuSoftwareKeyer.Checked() && !p_.winkey.WinKeyOpen()) return;
-  if (c_.CWTextBox.Text().empty() || !StartupDone || showingReport_) return;
+  if (c_.CWTextBox.Text().empty() || !StartupDone) return;
 
   const bool holding = cw_.Transmitting && cw_.SlowTyping && cw_.WaitingForText;
   if (holding) {

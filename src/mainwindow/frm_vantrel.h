@@ -94,7 +94,6 @@ class FrmVantrel {
   void TickSerialZero(platform::MenuItem& entry, const char* value);
   void ChooseTextFont();
 
-  bool showingReport_ = false;
   platform::Platform p_;
   platform::MainWindowControls& c_;
   ProgramState s_;

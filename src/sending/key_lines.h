@@ -38,7 +38,7 @@ class KeyLineDriver {
     onPortLost_ = std::move(handler);
   }
   // True once after a port failed under a transmission, which has been
-  // stopped there: the send loop then has nothing left to end.
+  // stopped there: the send loop then has nothing left to end of it.
   bool TakePortLost() { return std::exchange(portLost_, false); }
 
   // Down and up toggle the line on the parallel and dedicated routes, so

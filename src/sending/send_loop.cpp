@@ -179,16 +179,16 @@ void SendingCore::SendLoop(int16_t& startPosition) {
     ++position;
   }
   cw_.InSendLoop = false;
-  // Stopped where its port failed, with the report in the box to keep.
-  if (n_.lines.TakePortLost()) return;
+  const bool portLost = n_.lines.TakePortLost();
 
   if (cw_.StartPending) {
-    // Drained after an Abort, which has ended the transmission already; ending
-    // it again would throw away what was typed meanwhile.
+    // Drained after an Abort or a lost port, which have ended the transmission
+    // already; ending it again would throw away what came in meanwhile.
     cw_.StartPending = false;
     StartNewTransmission();
     return;
   }
+  if (portLost) return;
   if (!cw_.SlowTyping || cw_.LoopDelay > 0 || cw_.ReceiveAfterSend) {
     EndTransmission();
     return;

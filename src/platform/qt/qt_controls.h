@@ -1,0 +1,228 @@
+// The main window's controls over Qt widgets. Text crosses the widget edge
+// as Latin-1: the logic keeps 8-bit characters.
+#pragma once
+
+#include <QMetaObject>
+#include <QPixmap>
+#include <QTimer>
+#include <array>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/common_dialog.h"
+#include "platform/controls.h"
+#include "platform/event_pump.h"
+#include "platform/qt/qt_geometry.h"
+
+class QAction;
+class QComboBox;
+class QLabel;
+class QMenu;
+class QPushButton;
+class QWidget;
+
+namespace vantrel::platform::qt {
+
+QString ToQString(const std::string& latin1);
+std::string FromQString(const QString& text);
+
+// The widget behind an interface.
+template <typename Interface>
+class QtWidgetHolder : public Interface {
+ public:
+  explicit QtWidgetHolder(QWidget& widget) : widget_(widget) {}
+  QWidget& widget() const { return widget_; }
+
+ private:
+  QWidget& widget_;
+};
+
+// Enabled and Visible as the control's own flags: a control on a window not
+// yet shown is still Visible, as the logic expects.
+template <typename Interface>
+class QtControlBase : public QtWidgetHolder<Interface> {
+ public:
+  using QtWidgetHolder<Interface>::QtWidgetHolder;
+  bool Enabled() const override { return this->widget().isEnabled(); }
+  void SetEnabled(bool enabled) override { this->widget().setEnabled(enabled); }
+  bool Visible() const override { return !this->widget().isHidden(); }
+  void SetVisible(bool visible) override { this->widget().setVisible(visible); }
+};
+
+// A control placed by the logic in twips, such as those on the tool bar.
+template <typename Base>
+class QtWithGeometry : public Base {
+ public:
+  explicit QtWithGeometry(QWidget& widget) : Base(widget), geometry_(widget) {}
+  float Left() const override { return geometry_.Left(); }
+  float Top() const override { return geometry_.Top(); }
+  float Width() const override { return geometry_.Width(); }
+  float Height() const override { return geometry_.Height(); }
+  void SetLeft(float twips) override { geometry_.SetLeft(twips); }
+  void SetTop(float twips) override { geometry_.SetTop(twips); }
+  void SetWidth(float twips) override { geometry_.SetWidth(twips); }
+  void SetHeight(float twips) override { geometry_.SetHeight(twips); }
+
+ private:
+  WidgetGeometry geometry_;
+};
+
+template <typename Interface>
+using QtPlacedBase = QtWithGeometry<QtControlBase<Interface>>;
+
+using QtPlacedControl = QtPlacedBase<PlacedControl>;
+
+// A panel docked to an edge of the window, as the rows of buttons and the
+// tool bar are: the dock decides its place and width, only its height is
+// its own. Its width is the window's even before the layout has run.
+template <typename Interface>
+class QtDockedBase : public QtControlBase<Interface> {
+ public:
+  explicit QtDockedBase(QWidget& widget) : QtControlBase<Interface>(widget) {}
+  float Left() const override { return 0; }
+  float Top() const override {
+    return static_cast<float>(this->widget().y() * TwipsPerPixelY(this->widget()));
+  }
+  float Width() const override {
+    const QWidget& window = *this->widget().window();
+    return width_.Get(window.width(), TwipsPerPixelX(window));
+  }
+  float Height() const override {
+    return height_.Get(this->widget().height(), TwipsPerPixelY(this->widget()));
+  }
+  void SetLeft(float /*twips*/) override {}
+  void SetTop(float /*twips*/) override {}
+  void SetWidth(float /*twips*/) override {}
+  void SetHeight(float twips) override {
+    this->widget().setFixedHeight(height_.Set(twips, TwipsPerPixelY(this->widget())));
+  }
+
+ private:
+  TwipsCoordinate width_, height_;
+};
+
+using QtDockedPanel = QtDockedBase<PlacedControl>;
+
+// The tool bar: a docked panel whose caption shows the speed.
+class QtStatusPanel : public QtDockedBase<StatusPanel> {
+ public:
+  QtStatusPanel(QWidget& panel, QLabel& caption);
+  std::string Caption() const override;
+  void SetCaption(const std::string& caption) override;
+  Colour ForeColor() const override { return foreColor_; }
+  void SetForeColor(Colour colour) override;
+
+ private:
+  QLabel& caption_;
+  Colour foreColor_ = 0;
+};
+
+// A menu entry. An entry with a submenu stands for the submenu's title. The
+// tick is the logic's alone: a click does not toggle it, the handler does.
+class QtMenuItem : public MenuItem {
+ public:
+  QtMenuItem(QAction& action, QMenu* submenu);
+  ~QtMenuItem() override;
+  QtMenuItem(const QtMenuItem&) = delete;
+  QtMenuItem& operator=(const QtMenuItem&) = delete;
+
+  bool Enabled() const override;
+  void SetEnabled(bool enabled) override;
+  bool Visible() const override;
+  void SetVisible(bool visible) override;
+  bool Checked() const override { return checked_; }
+  void SetChecked(bool checked) override;
+  std::string Caption() const override;
+  void SetCaption(const std::string& caption) override;
+
+  void OnClick(std::function<void()> handler) { onClick_ = std::move(handler); }
+  // Runs as the submenu opens, before it shows.
+  void OnOpen(std::function<void()> handler) { onOpen_ = std::move(handler); }
+  QAction& action() const { return action_; }
+  QMenu* submenu() const { return submenu_; }
+
+ private:
+  QAction& action_;
+  QMenu* submenu_;
+  bool checked_ = false;
+  std::function<void()> onClick_;
+  std::function<void()> onOpen_;
+  QMetaObject::Connection triggered_;
+  QMetaObject::Connection aboutToShow_;
+};
+
+class QtCommandButton : public QtControlBase<CommandButton> {
+ public:
+  explicit QtCommandButton(QPushButton& button);
+  void SetCaption(const std::string& caption) override;
+  void SetBackColor(Colour colour) override;
+  void SetForeColor(Colour colour) override;
+  void SetFontBold(bool bold) override;
+  QPushButton& button() const { return button_; }
+
+ private:
+  QPushButton& button_;
+};
+
+// The macro buttons 1 to 36; entry 0 stands unused, as in the macro arrays.
+class QtButtonArray : public ControlArray<CommandButton> {
+ public:
+  QtCommandButton& operator[](int16_t index) override;
+  void Set(int16_t index, QPushButton& button);
+
+ private:
+  std::array<std::unique_ptr<QtCommandButton>, 37> items_;
+};
+
+// A line indicator. Both faces are made once, so that a key edge costs no
+// more than handing the label another shared pixmap.
+class QtPictureBox : public QtWithGeometry<QtWidgetHolder<PictureBox>> {
+ public:
+  explicit QtPictureBox(QLabel& label);
+  Picture Shown() const override { return shown_; }
+  void SetPicture(Picture picture) override;
+
+ private:
+  QLabel& label_;
+  Picture shown_ = Picture::Red;
+};
+
+// A QTimer under the old rule: an interval of 0 never fires, where a QTimer
+// with interval 0 would fire on every turn of the event loop.
+class QtTimer : public Timer {
+ public:
+  QtTimer();
+  int32_t Interval() const override { return interval_; }
+  void SetInterval(int32_t ms) override;
+  bool Enabled() const override { return enabled_; }
+  void SetEnabled(bool enabled) override;
+  void OnTimer(std::function<void()> handler) override { handler_ = std::move(handler); }
+  bool Running() const { return timer_.isActive(); }
+
+ private:
+  void Restart();
+
+  QTimer timer_;
+  int32_t interval_ = 0;
+  bool enabled_ = false;
+  std::function<void()> handler_;
+};
+
+class QtEventPump : public EventPump {
+ public:
+  void DoEvents() override;
+};
+
+class QtCommonDialog : public CommonDialog {
+ public:
+  explicit QtCommonDialog(QWidget& owner) : owner_(owner) {}
+  bool ShowColor(Colour& colour) override;
+  // Qt's font dialog has no colour box: the colour comes back as given.
+  bool ShowFont(FontChoice& font) override;
+
+ private:
+  QWidget& owner_;
+};
+
+}  // namespace vantrel::platform::qt
