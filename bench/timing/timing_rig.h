@@ -56,6 +56,7 @@ class StartMarker final : public platform::LoggerLink {
     if (code == kTransmitting && value == 1 && startNs < 0) startNs = now_();
   }
   void LogContact() override {}
+  void WriteLinkSlot(int16_t, const std::string&) override {}
 
   int64_t startNs = -1;
 

@@ -37,6 +37,9 @@ FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
       environment_(std::move(environment)) {
   c_.CWTextBox.OnChange([this] { CWTextBox_Change(); });
   c_.Timer1.OnTimer([this] { Timer1_Timer(); });
+  c_.CallsignField.OnChange([this] { CallsignField_Change(); });
+  c_.NameField.OnChange([this] { NameField_Change(); });
+  c_.SRXField.OnChange([this] { SRXField_Change(); });
   c_.Timer1.SetInterval(kPollInterval);
   // A port that fails under a transmission ends it as a close request does;
   // the report is then text like any other.

@@ -53,6 +53,14 @@ class FrmVantrel {
   void CWTextBox_Change();
   void Timer1_Timer();
 
+  // The contact fields: what a change of each does.
+  void CallsignField_Change();
+  void NameField_Change();
+  void SRXField_Change();
+  // Rewrites a corrected call in the text not yet sent, and the unsent tail
+  // of one that is going out.
+  void CorrectCallInText();
+
   // Layout: the window's resize event, rows and fields shown or hidden.
   void Form_Resize();
   void mFkeys_Click();
@@ -85,6 +93,8 @@ class FrmVantrel {
 
   // No change of the text counts before start-up has finished.
   bool StartupDone = false;
+  // The call as it stood after its last change.
+  std::string PreviousCall;
   platform::Handle LanguageModule = 0;
 
  private:
@@ -93,6 +103,8 @@ class FrmVantrel {
   void ToggleShown(platform::MenuItem& entry, platform::Control& panel, const char* key);
   void TickSerialZero(platform::MenuItem& entry, const char* value);
   void ChooseTextFont();
+  // A field's text to the logger, when there is one.
+  void ShareField(loggerlink::LinkSlot slot, const std::string& text);
 
   platform::Platform p_;
   platform::MainWindowControls& c_;

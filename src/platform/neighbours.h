@@ -24,6 +24,8 @@ class LoggerLink {
   virtual ~LoggerLink() = default;
   virtual void PollLink() = 0;
   virtual void PostLink(int32_t code, int32_t value) = 0;
+  // Puts text into one slot of the shared block, cut to the slot's size.
+  virtual void WriteLinkSlot(int16_t slot, const std::string& text) = 0;
   virtual void LogContact() = 0;
 };
 

@@ -28,9 +28,9 @@ struct MemoryPlatform {
 
   MemoryWindow frmVantrel{trace};
   MemoryTextBox CWTextBox{trace};
-  MemoryTextBox CallsignField{trace, 0, "CallsignField"};
-  MemoryTextBox NameField{trace, 0, "NameField"};
-  MemoryTextBox SRXField{trace, 0, "SRXField"};
+  MemoryTextBox CallsignField{trace, 0, "field CallsignField"};
+  MemoryTextBox NameField{trace, 0, "field NameField"};
+  MemoryTextBox SRXField{trace, 0, "field SRXField"};
   MemoryPlacedControl cmbPrevious;
   MemoryMenuItem mnuTX{trace, "mnuTX", "TX"};
   MemoryMenuItem mnuAbort{trace, "mnuAbort", "Abort"};
@@ -89,6 +89,7 @@ struct MemoryPlatform {
   // The window's design: what docking would give a window of design size.
   MemoryPlatform() {
     sBar.SetVisible(false);
+    SRXField.SetText("###");
     Place(sBar, 0, 0, 7125, 315);
     Place(KeyBox, 1200, 0, 375, 255);
     Place(PTTBox, 1560, 0, 255, 255);

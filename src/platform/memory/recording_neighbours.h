@@ -30,6 +30,9 @@ class RecordingLoggerLink : public LoggerLink {
     trace_.Emit("post " + std::to_string(code) + " " + std::to_string(value));
   }
   void LogContact() override { ++contactsLogged; }
+  void WriteLinkSlot(int16_t slot, const std::string& text) override {
+    trace_.Emit("slot " + std::to_string(slot) + " " + Trace::Quote(text));
+  }
 
   int polls = 0;
   int contactsLogged = 0;
