@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 
 #include "sending/morse_table.h"
@@ -132,10 +133,15 @@ void SendingCore::MarkSendPosition(int16_t position) {
     box.SetSelColor(cw_.TransmittingColor);
     box.SetSelStart(length);
     box.SetSelColor(cw_.TextForeColor);
+    markedSent_ = 0;
   } else {
-    box.SetSelStart(0);
-    box.SetSelLength(position - 1);
+    // What earlier steps marked as sent stays so: colouring only the rest
+    // keeps a step's cost from growing with the history.
+    const int from = std::min(markedSent_, position - 1);
+    box.SetSelStart(from);
+    box.SetSelLength(position - 1 - from);
     box.SetSelColor(cw_.TransmittedColor);
+    markedSent_ = position - 1;
     box.SetSelStart(position - 1);
     box.SetSelLength(1);
     box.SetSelColor(cw_.TransmittingColor);

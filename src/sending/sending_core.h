@@ -103,6 +103,8 @@ class SendingCore {
   platform::EventPump& pump_;
   SendingNeighbours n_;
   std::function<void(int16_t)> onMark_;
+  // How many leading characters the marking has shown as sent.
+  int markedSent_ = 0;
 };
 
 }  // namespace vantrel::sending

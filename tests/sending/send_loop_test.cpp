@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "support/keyer_fixture.h"
 
 namespace vantrel::sending {
@@ -237,6 +239,28 @@ TEST_F(WinKeyRoute, NothingLeftToSendAbortsWithoutMarking) {
   EXPECT_EQ(StepAt("A!", 2), std::string("\x1C\x14"));  // the abort restores the chip's speed
   EXPECT_FALSE(cw.Transmitting);
   EXPECT_EQ(p.CWTextBox.Text(), "");
+}
+
+TEST_F(SendLoop, EveryMarkShowsWhatIsSentAndInHandWhateverTheEdits) {
+  Start({{"Slow Typing", "OFF"}});
+  std::vector<std::string> wrong;
+  core.OnMark([&](int16_t position) {
+    const std::string text = p.CWTextBox.Text();
+    for (int i = 0; i < std::min<int>(position, static_cast<int>(text.size())); ++i) {
+      const platform::Colour want = i + 1 < position ? kTransmitted : kTransmitting;
+      if (p.CWTextBox.ColourAt(i) != want) {
+        wrong.push_back(text + " at " + std::to_string(position) + ": " + std::to_string(i));
+      }
+    }
+  });
+  // A prosign and a speed mark are cut out of the text as they are reached,
+  // and typing adds behind; the second transmission starts its marks afresh.
+  At(0, [&] { p.CWTextBox.SetText("AB^T\xBB" "E"); });
+  At(300, [&] { Type("ST"); });
+  At(20'000, [&] { p.CWTextBox.SetText("XY"); });
+  Run();
+  EXPECT_TRUE(wrong.empty()) << wrong.front();
+  EXPECT_EQ(TimesOf("keybox green").size(), 2u + 4 + 1 + 1 + 3 + 1 + 4 + 4);
 }
 
 }  // namespace
