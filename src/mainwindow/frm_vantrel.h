@@ -53,6 +53,13 @@ class FrmVantrel {
   void CWTextBox_Change();
   void Timer1_Timer();
 
+  // The transmit box's keys and mouse. A code set to 0 goes no further: the
+  // key does nothing more, the character is not inserted.
+  void cwTextBox_KeyDown(int16_t& KeyCode, int16_t& Shift);
+  void cwTextBox_KeyPress(int16_t& KeyAscii);
+  void cwTextBox_MouseDown(int16_t Button);
+  void cwTextBox_GotFocus();
+
   // The contact fields: what a change of each does.
   void CallsignField_Change();
   void NameField_Change();
@@ -95,6 +102,8 @@ class FrmVantrel {
   bool StartupDone = false;
   // The call as it stood after its last change.
   std::string PreviousCall;
+  // The entry control that had the focus last: the transmit box or the call.
+  platform::TextBox* ActiveField = nullptr;
   platform::Handle LanguageModule = 0;
 
  private:

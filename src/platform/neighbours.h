@@ -43,11 +43,19 @@ class WinKeyLink {
   virtual void CloseWinKeyHost() = 0;
 };
 
+// The macros as the core and the window reach them: the loop that repeats
+// one, firing one by key, and queueing a text at the end of the box.
 class MacroLoop {
  public:
   virtual ~MacroLoop() = default;
   virtual void ArmMacroLoop() = 0;
   virtual void CancelMacroLoop() = 0;
+  // ALT and a key: fires the macro whose caption has that hot key; false
+  // when none has.
+  virtual bool FireHotKey(int16_t keyCode) = 0;
+  // A function key code, 112 to 147, with the shift state it came with.
+  virtual void DispatchFunctionKey(int16_t keyCode, int16_t shift) = 0;
+  virtual void QueueMacro(const std::string& macro) = 0;
 };
 
 class SpeedCalibration {

@@ -378,4 +378,15 @@ std::string CStr(float value) {
   return text;
 }
 
+unsigned char UCaseAnsi(unsigned char c) {
+  if ((c >= 'a' && c <= 'z') || (c >= 224 && c <= 254 && c != 247)) return c - 32;
+  switch (c) {
+    case 154: return 138;  // š
+    case 156: return 140;  // œ
+    case 158: return 142;  // ž
+    case 255: return 159;  // ÿ
+    default: return c;
+  }
+}
+
 }  // namespace vantrel::vb

@@ -43,6 +43,11 @@ std::string Format(double value, std::string_view pattern);
 // digits, no trailing zeros, "E+07" style for exponents.
 std::string CStr(float value);
 
+// The upper-case form of a Windows-1252 character, as UCase gives it:
+// a to z, the accented small letters, and the few that Windows-1252 keeps
+// elsewhere (š, œ, ž, ÿ). Everything else is itself.
+unsigned char UCaseAnsi(unsigned char c);
+
 // Text comparison without regard to case, as setting and section names compare.
 bool SameText(std::string_view a, std::string_view b);
 

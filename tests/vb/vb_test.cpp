@@ -234,3 +234,16 @@ TEST(CStr, SingleKeepsSevenDigitsAndNoTrailingZeros) {
   EXPECT_EQ(CStr(12345678.0f), "1.234568E+07");  // past seven digits the exponent shows
   EXPECT_EQ(CStr(0.1f), "0.1");                  // not the float's 0.100000001
 }
+
+TEST(UCaseAnsi, LettersOfWindows1252AndNothingElse) {
+  using vantrel::vb::UCaseAnsi;
+  EXPECT_EQ(UCaseAnsi('q'), 'Q');
+  EXPECT_EQ(UCaseAnsi('Q'), 'Q');
+  EXPECT_EQ(UCaseAnsi('='), '=');
+  EXPECT_EQ(UCaseAnsi(0xE4), 0xC4);  // ä
+  EXPECT_EQ(UCaseAnsi(0xF7), 0xF7);  // ÷ has no capital
+  EXPECT_EQ(UCaseAnsi(0xDF), 0xDF);  // ß neither
+  EXPECT_EQ(UCaseAnsi(0xFF), 0x9F);  // ÿ to Ÿ
+  EXPECT_EQ(UCaseAnsi(0x9A), 0x8A);  // š to Š
+  EXPECT_EQ(UCaseAnsi(0xBB), 0xBB);  // » stays a speed mark
+}

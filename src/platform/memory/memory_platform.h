@@ -70,7 +70,7 @@ struct MemoryPlatform {
   RecordingTone tone{trace};
   RecordingLoggerLink link{trace};
   RecordingWinKey winkey{trace};
-  RecordingMacroLoop macroLoop;
+  RecordingMacroLoop macroLoop{trace, CWTextBox};
   RecordingCalibration calibration;
 
   MainWindowControls controls{

@@ -7,6 +7,7 @@
 
 #include "platform/memory/trace.h"
 #include "platform/neighbours.h"
+#include "platform/text_box.h"
 
 namespace vantrel::platform::memory {
 
@@ -60,12 +61,25 @@ class RecordingWinKey : public WinKeyLink {
   Trace& trace_;
 };
 
+// Records what the window asks of the macros. Queueing appends the text
+// as it stands, as a macro without macro words comes out.
 class RecordingMacroLoop : public MacroLoop {
  public:
+  RecordingMacroLoop(Trace& trace, TextBox& box) : trace_(trace), box_(box) {}
   void ArmMacroLoop() override { ++armed; }
   void CancelMacroLoop() override { ++cancelled; }
+  bool FireHotKey(int16_t keyCode) override;
+  void DispatchFunctionKey(int16_t keyCode, int16_t shift) override;
+  void QueueMacro(const std::string& macro) override;
+
   int armed = 0;
   int cancelled = 0;
+  // The key codes that have a hot key in some caption.
+  std::string hotKeys;
+
+ private:
+  Trace& trace_;
+  TextBox& box_;
 };
 
 class RecordingCalibration : public SpeedCalibration {
