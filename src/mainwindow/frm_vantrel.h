@@ -58,6 +58,8 @@ class FrmVantrel {
   void cwTextBox_KeyDown(int16_t& KeyCode, int16_t& Shift);
   void cwTextBox_KeyPress(int16_t& KeyAscii);
   void cwTextBox_MouseDown(int16_t Button);
+  // Releasing the right button pastes at the end.
+  void cwTextBox_MouseUp(int16_t Button);
   void cwTextBox_GotFocus();
 
   // The contact fields: what a change of each does.

@@ -18,6 +18,7 @@ constexpr int16_t kInsert = 45;
 constexpr int16_t kFirstFunctionKey = 112;
 constexpr int16_t kLastFunctionKey = 147;
 constexpr int16_t kAlt = 4;
+constexpr int16_t kRightButton = 2;
 
 // The characters that stand for prosigns on the software keyer.
 const char* Prosign(int16_t keyAscii) {
@@ -97,6 +98,15 @@ void FrmVantrel::cwTextBox_KeyPress(int16_t& KeyAscii) {
 
 // Any press ends a loop; the press itself ends at once, so no drag selects.
 void FrmVantrel::cwTextBox_MouseDown(int16_t /*Button*/) { p_.macroLoop.CancelMacroLoop(); }
+
+// The clipboard's text as it is: not upper-cased, not filtered.
+void FrmVantrel::cwTextBox_MouseUp(int16_t Button) {
+  if (Button != kRightButton) return;
+  platform::TextBox& box = c_.CWTextBox;
+  box.SetSelStart(static_cast<int>(box.Text().size()));
+  box.SetSelText(c_.frmVantrel.ClipboardText());
+  box.SetSelStart(static_cast<int>(box.Text().size()));
+}
 
 void FrmVantrel::cwTextBox_GotFocus() { ActiveField = &c_.CWTextBox; }
 

@@ -33,6 +33,8 @@ class Window {
   virtual void SetMousePointer(MousePointer pointer) = 0;
   // Waits until the operator has answered.
   virtual void MsgBox(const std::string& text, int style, const std::string& title) = 0;
+  // The text on the system's clipboard; empty when it holds none.
+  virtual std::string ClipboardText() const = 0;
 };
 
 }  // namespace vantrel::platform

@@ -193,8 +193,11 @@ class MemoryWindow : public Window {
     trace_.Emit("msgbox " + Trace::Quote(title) + " " + Trace::Quote(text));
   }
 
+  std::string ClipboardText() const override { return clipboard; }
+
   bool minimized = false;
   bool topmost = false;
+  std::string clipboard;
 
  private:
   Trace& trace_;

@@ -5,9 +5,11 @@
 #include <QMetaObject>
 #include <QPixmap>
 #include <QTimer>
+#include <QWidget>
 #include <array>
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "platform/common_dialog.h"
@@ -20,7 +22,6 @@ class QComboBox;
 class QLabel;
 class QMenu;
 class QPushButton;
-class QWidget;
 
 namespace vantrel::platform::qt {
 

@@ -1,0 +1,116 @@
+// The keyer with its window: the Linux clock and ports, the settings on disk
+// and the Qt widgets, run by Qt's event loop.
+#include <QApplication>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QTimer>
+#include <QWidget>
+#include <cstdio>
+#include <string>
+
+#include "app/qt_connect.h"
+#include "app/vantrel.h"
+#include "platform/linux/ini_profile_file.h"
+#include "platform/linux/line_safety.h"
+#include "platform/linux/linux_scheduler.h"
+#include "platform/linux/linux_system.h"
+#include "platform/linux/ppdev_parallel_port.h"
+#include "platform/linux/termios_serial_port.h"
+#include "platform/memory/memory_link_channel.h"
+#include "platform/memory/recording_neighbours.h"
+#include "platform/memory/trace.h"
+#include "platform/qt/frm_vantrel_window.h"
+
+namespace {
+
+namespace linuxos = vantrel::platform::linuxos;
+namespace memory = vantrel::platform::memory;
+
+// How long after start-up the window is grabbed: time for the first paint.
+constexpr int kScreenshotDelayMs = 500;
+// How often a message box is looked for while a screenshot is being taken.
+constexpr int kDismissEveryMs = 50;
+
+struct Arguments {
+  std::string commandLine;  // the profile name
+  QString screenshot;       // --screenshot FILE: grab the window and quit
+};
+
+Arguments Parse(const QStringList& arguments) {
+  Arguments parsed;
+  for (qsizetype i = 1; i < arguments.size(); ++i) {
+    if (arguments[i] == "--screenshot" && i + 1 < arguments.size()) {
+      parsed.screenshot = arguments[++i];
+      continue;
+    }
+    if (!parsed.commandLine.empty()) parsed.commandLine += ' ';
+    parsed.commandLine += arguments[i].toLatin1().toStdString();
+  }
+  return parsed;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setStyle("Fusion");
+  const Arguments arguments = Parse(QApplication::arguments());
+
+  std::string error;
+  const std::string configDir = linuxos::ConfigDirectory(error);
+  if (configDir.empty()) {
+    QMessageBox::critical(nullptr, "Vantrel", QString::fromStdString(error));
+    return 1;
+  }
+  linuxos::InstallLineSafety();
+
+  if (!arguments.screenshot.isEmpty()) {
+    // Nobody is there to answer the start-up's message box.
+    auto* dismiss = new QTimer(&application);
+    QObject::connect(dismiss, &QTimer::timeout, [] {
+      if (QWidget* box = QApplication::activeModalWidget()) box->close();
+    });
+    dismiss->start(kDismissEveryMs);
+  }
+
+  vantrel::platform::qt::FrmVantrelWindow window;
+  linuxos::LinuxScheduler scheduler{linuxos::WaitMode::Sleep};
+  linuxos::PpdevParallelPort parallel;
+  linuxos::TermiosSerialPort cwControl(configDir);
+  linuxos::IniProfileFile profile;
+  linuxos::LinuxWallClock wallClock;
+  linuxos::LinuxLanguage language(configDir);
+
+  // Stand-ins until the sidetone, the logger link, WinKey, the macro loop and
+  // the speed calibration land: they do nothing and keep no record.
+  memory::Trace nowhere{[] { return 0.0; }};
+  nowhere.SetMuted(true);
+  memory::RecordingTone tone{nowhere};
+  memory::RecordingLoggerLink link{nowhere};
+  memory::RecordingWinKey winkey{nowhere};
+  memory::RecordingMacroLoop macroLoop{nowhere, window.CWTextBox()};
+  memory::RecordingCalibration calibration;
+  memory::MemoryLinkChannel linkChannel{nowhere};
+
+  const vantrel::platform::Platform platform{
+      window.controls(), scheduler, window.pump(), profile,     wallClock,
+      language,          parallel,  cwControl,     linkChannel, tone,
+      link,              winkey,    macroLoop,     calibration};
+  vantrel::app::Vantrel keyer(platform, {configDir, arguments.commandLine});
+  vantrel::app::ConnectWindow(window, keyer);
+
+  keyer.form.Form_Load();
+  window.widget().show();
+
+  if (!arguments.screenshot.isEmpty()) {
+    QTimer::singleShot(kScreenshotDelayMs, [&window, &arguments] {
+      if (!window.widget().grab().save(arguments.screenshot)) {
+        std::fprintf(stderr, "cannot write %s\n", qPrintable(arguments.screenshot));
+        QCoreApplication::exit(1);
+        return;
+      }
+      window.widget().close();
+    });
+  }
+  return QApplication::exec();
+}

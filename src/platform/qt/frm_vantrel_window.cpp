@@ -1,0 +1,266 @@
+#include "platform/qt/frm_vantrel_window.h"
+
+#include <QComboBox>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTextEdit>
+#include <QVBoxLayout>
+
+namespace vantrel::platform::qt {
+namespace {
+
+struct MenuEntry {
+  int depth;
+  const char* name;
+  const char* caption;  // "-" is a separator
+};
+
+// The menu tree in its order; an entry followed by a deeper one opens a submenu.
+constexpr MenuEntry kMenuTree[] = {
+    {0, "mnuConfig", "Config"},
+    {1, "mnuWinKey", "WinKey"},
+    {1, "mnuWinKey2", "WinKey2"},
+    {1, "mnuSoftwareKeyer", "Software"},
+    {1, "mnuNothing12", "-"},
+    {1, "mnuPort", "Keyer setup"},
+    {1, "mnuAppearance", "Appearance"},
+    {2, "mnuWPMColor", "WPM Color"},
+    {2, "mnutextfont", "Text font/color"},
+    {2, "mnutextbackcolor", "Text background color"},
+    {2, "mnutxtextcolor", "Transmitted text color"},
+    {2, "mnutxingtextcolor", "Transmitting text color"},
+    {2, "mnuLoopingBackColor", "Text background color (looping)"},
+    {2, "mnuNothing10", "-"},
+    {2, "mnuInsKey", "Assign INS key"},
+    {1, "mnuSerialNumPreferences", "Serial # preferences"},
+    {2, "mnuSend0as0", "Send 0 as 0"},
+    {2, "mnuSend0asT", "Send 0 as T"},
+    {2, "mnuSend0asO", "Send 0 as O"},
+    {0, "mnuView", "View"},
+    {1, "mFkeys", "Show F keys"},
+    {1, "mSFkeys", "Show ALT_F keys"},
+    {1, "mAFkeys", "Show CTL_F keys"},
+    {1, "mnuNothing11", "-"},
+    {1, "mnuOnTop", "Always on top"},
+    {1, "nothing22", "-"},
+    {1, "mnuShowCallsign", "Show tool bar"},
+    {1, "mnuShowSRX", "Show SRX field"},
+    {0, "mnuKeying", "Keying"},
+    {1, "mnuVOX", "Auto TX (VOX)"},
+    {1, "mnuMOX", "Manual TX (MOX)"},
+    {1, "mnuNothing20", "-"},
+    {1, "mnuDedicatedSerialPort", "Dedicated serial port open"},
+    {0, "mnuTX", "&TX"},
+    {0, "mnuAbort", "&Abort"},
+    {0, "mnuTune", "Tune"},
+    {0, "mnuVer", "Ver"},
+    {1, "mnuVersion", "Version"},
+};
+
+// The window's grey, &HC0C0C0.
+constexpr Colour kFormBackColor = 0xC0C0C0;
+constexpr int kButtonsPerRow = 12;
+constexpr float kRowHeight = 270;
+constexpr float kToolBarHeight = 315;
+
+void FillBackground(QWidget& widget, Colour colour) {
+  QPalette palette = widget.palette();
+  palette.setColor(QPalette::Window, ToQColor(colour));
+  widget.setPalette(palette);
+  widget.setAutoFillBackground(true);
+}
+
+void Place(Placed& control, float left, float top, float width, float height) {
+  control.SetLeft(left);
+  control.SetTop(top);
+  control.SetWidth(width);
+  control.SetHeight(height);
+}
+
+// A one-line rich text field of the tool bar.
+QTextEdit* NewField(QWidget& parent) {
+  auto* field = new QTextEdit(&parent);
+  field->setLineWrapMode(QTextEdit::NoWrap);
+  field->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  field->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  field->setTabChangesFocus(true);
+  field->document()->setDocumentMargin(1);
+  return field;
+}
+
+}  // namespace
+
+FrmVantrelWindow::FrmVantrelWindow() : window_(std::make_unique<MainWindowWidget>()) {
+  frmVantrel_ = std::make_unique<QtWindow>(*window_);
+  frmVantrel_->SetCaption("Vantrel");
+  auto* central = new QWidget(window_.get());
+  FillBackground(*central, kFormBackColor);
+  window_->setCentralWidget(central);
+  auto* column = new QVBoxLayout(central);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+
+  BuildMenus();
+  BuildToolBar(*central);
+  column->addWidget(&sBar_->widget());
+
+  auto* middle = new QWidget(central);
+  elasticOne4_ = std::make_unique<QtDockedPanel>(*middle);
+  auto* textEdit = new QTextEdit(middle);
+  auto* middleLayout = new QVBoxLayout(middle);
+  // CWTextBox sits 15 twips, one pixel, inside its panel.
+  middleLayout->setContentsMargins(1, 1, 1, 1);
+  middleLayout->addWidget(textEdit);
+  cwTextBox_ = std::make_unique<QtTextBox>(*textEdit);
+  column->addWidget(middle, 1);
+
+  BuildRows(*central);
+  column->addWidget(&elasticOne3_->widget());
+  column->addWidget(&elasticOne2_->widget());
+  column->addWidget(&elasticOne1_->widget());
+
+  commonDialog1_ = std::make_unique<QtCommonDialog>(*window_);
+
+  std::vector<Control*> order{cwTextBox_.get(), callsignField_.get(), nameField_.get(),
+                              srxField_.get(), cmbPrevious_.get()};
+  for (const std::string& name : menuOrder_) order.push_back(menus_.at(name).get());
+  for (Control* panel : std::initializer_list<Control*>{elasticOne1_.get(), elasticOne2_.get(),
+                                                        elasticOne3_.get(), elasticOne4_.get(),
+                                                        sBar_.get()}) {
+    order.push_back(panel);
+  }
+
+  controls_.reset(new MainWindowControls{
+      .frmVantrel = *frmVantrel_,
+      .CWTextBox = *cwTextBox_,
+      .CallsignField = *callsignField_,
+      .NameField = *nameField_,
+      .SRXField = *srxField_,
+      .cmbPrevious = *cmbPrevious_,
+      .mnuTX = menu("mnuTX"),
+      .mnuAbort = menu("mnuAbort"),
+      .mnuConfig = menu("mnuConfig"),
+      .mnuView = menu("mnuView"),
+      .mnuKeying = menu("mnuKeying"),
+      .mnuVOX = menu("mnuVOX"),
+      .mnuMOX = menu("mnuMOX"),
+      .mnuDedicatedSerialPort = menu("mnuDedicatedSerialPort"),
+      .mnuWinKey = menu("mnuWinKey"),
+      .mnuWinKey2 = menu("mnuWinKey2"),
+      .mnuSoftwareKeyer = menu("mnuSoftwareKeyer"),
+      .mnuOnTop = menu("mnuOnTop"),
+      .mFkeys = menu("mFkeys"),
+      .mAFkeys = menu("mAFkeys"),
+      .mSFkeys = menu("mSFkeys"),
+      .mnuShowCallsign = menu("mnuShowCallsign"),
+      .mnuShowSRX = menu("mnuShowSRX"),
+      .mnuSend0as0 = menu("mnuSend0as0"),
+      .mnuSend0asT = menu("mnuSend0asT"),
+      .mnuSend0asO = menu("mnuSend0asO"),
+      .mnuVersion = menu("mnuVersion"),
+      .ElasticOne1 = *elasticOne1_,
+      .ElasticOne2 = *elasticOne2_,
+      .ElasticOne3 = *elasticOne3_,
+      .btnf = btnf_,
+      .sBar = *sBar_,
+      .KeyBox = *keyBox_,
+      .PTTBox = *pttBox_,
+      .Timer1 = timer1_,
+      .CommonDialog1 = *commonDialog1_,
+      .Controls = std::move(order),
+  });
+}
+
+FrmVantrelWindow::~FrmVantrelWindow() {
+  // The handlers reach into the logic, which may be gone before the window.
+  window_->onClose = nullptr;
+  window_->onResize = nullptr;
+}
+
+void FrmVantrelWindow::BuildMenus() {
+  QMenuBar& bar = *window_->menuBar();
+  std::vector<QMenu*> open;  // the submenu at each depth now being filled
+  const size_t count = std::size(kMenuTree);
+  for (size_t i = 0; i < count; ++i) {
+    const MenuEntry& entry = kMenuTree[i];
+    const auto depth = static_cast<size_t>(entry.depth);
+    open.resize(depth);
+    QMenu* parent = depth == 0 ? nullptr : open.back();
+    const QString caption = ToQString(entry.caption);
+    const bool opensSubmenu = i + 1 < count && kMenuTree[i + 1].depth > entry.depth;
+
+    QAction* action = nullptr;
+    QMenu* submenu = nullptr;
+    if (opensSubmenu) {
+      submenu = parent ? parent->addMenu(caption) : bar.addMenu(caption);
+      action = submenu->menuAction();
+      open.push_back(submenu);
+    } else if (std::string(entry.caption) == "-") {
+      action = parent->addSeparator();
+    } else {
+      action = parent ? parent->addAction(caption) : bar.addAction(caption);
+    }
+    menus_[entry.name] = std::make_unique<QtMenuItem>(*action, submenu);
+    menuOrder_.push_back(entry.name);
+  }
+}
+
+void FrmVantrelWindow::BuildToolBar(QWidget& central) {
+  auto* bar = new QFrame(&central);
+  auto* caption = new QLabel(bar);
+  sBar_ = std::make_unique<QtStatusPanel>(*bar, *caption);
+  sBar_->SetHeight(kToolBarHeight);
+  WidgetGeometry captionPlace(*caption);
+  captionPlace.SetLeft(60);
+  captionPlace.SetTop(0);
+  captionPlace.SetWidth(1140);
+  captionPlace.SetHeight(kToolBarHeight);
+
+  keyBox_ = std::make_unique<QtPictureBox>(*new QLabel(bar));
+  pttBox_ = std::make_unique<QtPictureBox>(*new QLabel(bar));
+  auto* combo = new QComboBox(bar);
+  combo->setEditable(false);
+  cmbPrevious_ = std::make_unique<QtPlacedControl>(*combo);
+  callsignField_ = std::make_unique<QtTextBox>(*NewField(*bar));
+  srxField_ = std::make_unique<QtTextBox>(*NewField(*bar));
+  nameField_ = std::make_unique<QtTextBox>(*NewField(*bar));
+
+  Place(*keyBox_, 1200, 0, 375, 255);
+  Place(*pttBox_, 1560, 0, 255, 255);
+  Place(*cmbPrevious_, 1920, 0, 1335, 315);
+  Place(*callsignField_, 3240, -10, 1095, 345);
+  Place(*srxField_, 4440, -15, 700, 345);
+  Place(*nameField_, 5520, -15, 1095, 345);
+  // Hidden until the settings say otherwise.
+  sBar_->SetVisible(false);
+}
+
+void FrmVantrelWindow::BuildRows(QWidget& central) {
+  // ElasticOne3 holds buttons 1 to 12, ElasticOne2 13 to 24, ElasticOne1 25 to 36.
+  auto row = [&](int16_t first) {
+    auto* panel = new QWidget(&central);
+    auto* layout = new QHBoxLayout(panel);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    for (int16_t index = first; index < first + kButtonsPerRow; ++index) {
+      auto* button = new QPushButton(panel);
+      // The typing stays in the text box when a button is clicked.
+      button->setFocusPolicy(Qt::NoFocus);
+      button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+      layout->addWidget(button, 1);
+      btnf_.Set(index, *button);
+    }
+    auto docked = std::make_unique<QtDockedPanel>(*panel);
+    docked->SetHeight(kRowHeight);
+    return docked;
+  };
+  elasticOne3_ = row(1);
+  elasticOne2_ = row(13);
+  elasticOne1_ = row(25);
+}
+
+}  // namespace vantrel::platform::qt

@@ -1,0 +1,196 @@
+#include "platform/qt/qt_controls.h"
+
+#include <QAction>
+#include <QColorDialog>
+#include <QCoreApplication>
+#include <QFontDialog>
+#include <QLabel>
+#include <QMenu>
+#include <QPainter>
+#include <QPushButton>
+
+namespace vantrel::platform::qt {
+namespace {
+
+// The two faces of a line indicator, drawn once for the whole program.
+const QPixmap& Face(Picture picture) {
+  static const std::array<QPixmap, 2> faces = [] {
+    std::array<QPixmap, 2> made;
+    const std::array<QColor, 2> fills{QColor(0, 200, 0), QColor(220, 0, 0)};
+    for (size_t i = 0; i < made.size(); ++i) {
+      made[i] = QPixmap(16, 16);
+      made[i].fill(Qt::transparent);
+      QPainter painter(&made[i]);
+      painter.setRenderHint(QPainter::Antialiasing);
+      painter.setPen(QColor(64, 64, 64));
+      painter.setBrush(fills[i]);
+      painter.drawEllipse(1, 1, 14, 14);
+    }
+    return made;
+  }();
+  return faces[picture == Picture::Green ? 0 : 1];
+}
+
+}  // namespace
+
+QString ToQString(const std::string& latin1) {
+  return QString::fromLatin1(latin1.data(), static_cast<qsizetype>(latin1.size()));
+}
+
+std::string FromQString(const QString& text) {
+  // Characters beyond Latin-1 have no 8-bit code; they become "?".
+  const QByteArray bytes = text.toLatin1();
+  return std::string(bytes.constData(), static_cast<size_t>(bytes.size()));
+}
+
+QtStatusPanel::QtStatusPanel(QWidget& panel, QLabel& caption)
+    : QtDockedBase<StatusPanel>(panel), caption_(caption) {}
+
+std::string QtStatusPanel::Caption() const { return FromQString(caption_.text()); }
+
+void QtStatusPanel::SetCaption(const std::string& caption) { caption_.setText(ToQString(caption)); }
+
+void QtStatusPanel::SetForeColor(Colour colour) {
+  foreColor_ = colour;
+  QPalette palette = caption_.palette();
+  palette.setColor(QPalette::WindowText, ToQColor(colour));
+  caption_.setPalette(palette);
+}
+
+QtMenuItem::QtMenuItem(QAction& action, QMenu* submenu) : action_(action), submenu_(submenu) {
+  triggered_ = QObject::connect(&action_, &QAction::triggered, [this] {
+    // Qt ticks a checkable entry on its own; the tick belongs to the handler.
+    action_.setChecked(checked_);
+    if (onClick_) onClick_();
+  });
+  if (submenu_) {
+    aboutToShow_ = QObject::connect(submenu_, &QMenu::aboutToShow, [this] {
+      if (onOpen_) onOpen_();
+    });
+  }
+}
+
+QtMenuItem::~QtMenuItem() {
+  QObject::disconnect(triggered_);
+  QObject::disconnect(aboutToShow_);
+}
+
+bool QtMenuItem::Enabled() const { return action_.isEnabled(); }
+void QtMenuItem::SetEnabled(bool enabled) { action_.setEnabled(enabled); }
+bool QtMenuItem::Visible() const { return action_.isVisible(); }
+void QtMenuItem::SetVisible(bool visible) { action_.setVisible(visible); }
+
+// Only a ticked entry is checkable, so an unticked one shows no empty box.
+void QtMenuItem::SetChecked(bool checked) {
+  checked_ = checked;
+  action_.setCheckable(checked);
+  action_.setChecked(checked);
+}
+
+std::string QtMenuItem::Caption() const {
+  return action_.isSeparator() ? "-" : FromQString(action_.text());
+}
+
+void QtMenuItem::SetCaption(const std::string& caption) {
+  action_.setSeparator(caption == "-");
+  action_.setText(ToQString(caption));
+}
+
+QtCommandButton::QtCommandButton(QPushButton& button)
+    : QtControlBase<CommandButton>(button), button_(button) {}
+
+void QtCommandButton::SetCaption(const std::string& caption) {
+  button_.setText(ToQString(caption));
+}
+
+void QtCommandButton::SetBackColor(Colour colour) {
+  QPalette palette = button_.palette();
+  palette.setColor(QPalette::Button, ToQColor(colour));
+  button_.setPalette(palette);
+}
+
+void QtCommandButton::SetForeColor(Colour colour) {
+  QPalette palette = button_.palette();
+  palette.setColor(QPalette::ButtonText, ToQColor(colour));
+  button_.setPalette(palette);
+}
+
+void QtCommandButton::SetFontBold(bool bold) {
+  QFont font = button_.font();
+  font.setBold(bold);
+  button_.setFont(font);
+}
+
+QtCommandButton& QtButtonArray::operator[](int16_t index) {
+  const auto& item = items_.at(static_cast<size_t>(index));
+  if (!item) throw std::out_of_range("no macro button " + std::to_string(index));
+  return *item;
+}
+
+void QtButtonArray::Set(int16_t index, QPushButton& button) {
+  items_.at(static_cast<size_t>(index)) = std::make_unique<QtCommandButton>(button);
+}
+
+QtPictureBox::QtPictureBox(QLabel& label)
+    : QtWithGeometry<QtWidgetHolder<PictureBox>>(label), label_(label) {
+  label_.setScaledContents(true);
+  label_.setPixmap(Face(shown_));
+}
+
+void QtPictureBox::SetPicture(Picture picture) {
+  if (picture == shown_) return;
+  shown_ = picture;
+  label_.setPixmap(Face(picture));
+}
+
+QtTimer::QtTimer() {
+  QObject::connect(&timer_, &QTimer::timeout, [this] {
+    if (handler_) handler_();
+  });
+}
+
+// As the old timer does, a new interval starts the count again.
+void QtTimer::SetInterval(int32_t ms) {
+  interval_ = ms;
+  Restart();
+}
+
+void QtTimer::SetEnabled(bool enabled) {
+  const bool wasEnabled = enabled_;
+  enabled_ = enabled;
+  if (enabled != wasEnabled) Restart();
+}
+
+void QtTimer::Restart() {
+  if (enabled_ && interval_ > 0) {
+    timer_.start(interval_);
+  } else {
+    timer_.stop();
+  }
+}
+
+void QtEventPump::DoEvents() { QCoreApplication::processEvents(); }
+
+bool QtCommonDialog::ShowColor(Colour& colour) {
+  const QColor chosen = QColorDialog::getColor(ToQColor(colour), &owner_);
+  if (!chosen.isValid()) return false;
+  colour = FromQColor(chosen);
+  return true;
+}
+
+bool QtCommonDialog::ShowFont(FontChoice& font) {
+  QFont start(ToQString(font.name));
+  if (font.size > 0) start.setPointSizeF(font.size);
+  start.setBold(font.bold);
+  start.setItalic(font.italic);
+  bool ok = false;
+  const QFont chosen = QFontDialog::getFont(&ok, start, &owner_);
+  if (!ok) return false;
+  font.name = FromQString(chosen.family());
+  font.size = static_cast<float>(chosen.pointSizeF());
+  font.bold = chosen.bold();
+  font.italic = chosen.italic();
+  return true;
+}
+
+}  // namespace vantrel::platform::qt

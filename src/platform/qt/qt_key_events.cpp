@@ -1,0 +1,108 @@
+#include "platform/qt/qt_key_events.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QTextEdit>
+#include <string>
+
+#include "platform/qt/qt_text_box.h"
+
+namespace vantrel::platform::qt {
+namespace {
+
+int16_t WindowsButton(Qt::MouseButton button) {
+  switch (button) {
+    case Qt::LeftButton: return 1;
+    case Qt::RightButton: return 2;
+    case Qt::MiddleButton: return 4;
+    default: return 0;
+  }
+}
+
+}  // namespace
+
+int16_t WindowsKeyCode(const QKeyEvent& event) {
+  const int key = event.key();
+  if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9)) {
+    return static_cast<int16_t>(key);  // Qt and Windows agree on letters and digits
+  }
+  if (key >= Qt::Key_F1 && key <= Qt::Key_F24) return static_cast<int16_t>(112 + key - Qt::Key_F1);
+  switch (key) {
+    case Qt::Key_Backspace: return 8;
+    case Qt::Key_Tab: case Qt::Key_Backtab: return 9;
+    case Qt::Key_Return: case Qt::Key_Enter: return 13;
+    case Qt::Key_Escape: return 27;
+    case Qt::Key_Space: return 32;
+    case Qt::Key_PageUp: return 33;
+    case Qt::Key_PageDown: return 34;
+    case Qt::Key_End: return 35;
+    case Qt::Key_Home: return 36;
+    case Qt::Key_Left: return 37;
+    case Qt::Key_Up: return 38;
+    case Qt::Key_Right: return 39;
+    case Qt::Key_Down: return 40;
+    case Qt::Key_Insert: return 45;
+    case Qt::Key_Delete: return 46;
+    default: return 0;
+  }
+}
+
+int16_t WindowsShift(const QKeyEvent& event) {
+  const Qt::KeyboardModifiers held = event.modifiers();
+  return static_cast<int16_t>(((held & Qt::ShiftModifier) ? 1 : 0) |
+                              ((held & Qt::ControlModifier) ? 2 : 0) |
+                              ((held & Qt::AltModifier) ? 4 : 0));
+}
+
+KeyEvents::KeyEvents(QtTextBox& box, KeyHandlers handlers)
+    : QObject(&box.edit()), box_(box), handlers_(std::move(handlers)) {
+  box.edit().installEventFilter(this);
+  // A right click pastes; no menu comes up in its way.
+  box.edit().setContextMenuPolicy(Qt::NoContextMenu);
+  box.edit().viewport()->installEventFilter(this);
+}
+
+bool KeyEvents::Key(QKeyEvent& event) {
+  int16_t keyCode = WindowsKeyCode(event);
+  int16_t shift = WindowsShift(event);
+  if (keyCode != 0 && handlers_.keyDown) handlers_.keyDown(keyCode, shift);
+
+  // With ALT held a key makes no character, as on the keyer's home system.
+  const QString text = (shift & 4) ? QString() : event.text();
+  if (!text.isEmpty() && text.at(0).unicode() <= 0xFF) {
+    int16_t keyAscii = static_cast<int16_t>(text.at(0).unicode());
+    if (handlers_.keyPress) handlers_.keyPress(keyAscii);
+    // Control characters insert nothing, as in the old control.
+    if (keyAscii >= 32) box_.SetSelText(std::string(1, static_cast<char>(keyAscii)));
+    return true;
+  }
+  // A key the handler kept goes no further; the others (arrows, Delete) do.
+  return WindowsKeyCode(event) != 0 && keyCode == 0;
+}
+
+bool KeyEvents::eventFilter(QObject* /*watched*/, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::KeyPress:
+      return Key(*static_cast<QKeyEvent*>(event));
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: {
+      // The press ends at once: no caret moves, no selection is dragged.
+      box_.edit().setFocus(Qt::MouseFocusReason);
+      const auto* mouse = static_cast<QMouseEvent*>(event);
+      if (handlers_.mouseDown) handlers_.mouseDown(WindowsButton(mouse->button()));
+      return true;
+    }
+    case QEvent::MouseButtonRelease:
+      if (handlers_.mouseUp) {
+        handlers_.mouseUp(WindowsButton(static_cast<QMouseEvent*>(event)->button()));
+      }
+      return true;
+    case QEvent::FocusIn:
+      if (handlers_.gotFocus) handlers_.gotFocus();
+      return false;
+    default:
+      return false;
+  }
+}
+
+}  // namespace vantrel::platform::qt

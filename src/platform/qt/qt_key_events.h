@@ -1,0 +1,46 @@
+// The keys and mouse buttons of a text box, handed to the logic the way the
+// keyer's handlers take them: a key code and shift state on key down, the
+// character on key press, each of which the handler may set to 0 to stop it.
+#pragma once
+
+#include <QObject>
+#include <cstdint>
+#include <functional>
+
+class QKeyEvent;
+
+namespace vantrel::platform::qt {
+
+class QtTextBox;
+
+struct KeyHandlers {
+  std::function<void(int16_t& keyCode, int16_t& shift)> keyDown;
+  std::function<void(int16_t& keyAscii)> keyPress;
+  std::function<void(int16_t button)> mouseDown;
+  std::function<void(int16_t button)> mouseUp;
+  std::function<void()> gotFocus;
+};
+
+// The Windows key code of a key (A is 65, F1 112, Insert 45), 0 for one the
+// keyer has no name for; and the shift state, 1 SHIFT, 2 CTRL, 4 ALT.
+int16_t WindowsKeyCode(const QKeyEvent& event);
+int16_t WindowsShift(const QKeyEvent& event);
+
+// Routes the box's events through `handlers` for as long as the box lives.
+// Characters the handlers let through are inserted by the box itself, as
+// they come back from the key press.
+class KeyEvents : public QObject {
+ public:
+  KeyEvents(QtTextBox& box, KeyHandlers handlers);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  bool Key(QKeyEvent& event);
+
+  QtTextBox& box_;
+  KeyHandlers handlers_;
+};
+
+}  // namespace vantrel::platform::qt

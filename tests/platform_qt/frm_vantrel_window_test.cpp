@@ -1,0 +1,178 @@
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QTest>
+#include <QTextEdit>
+#include <QTimer>
+#include <memory>
+
+#include "app/qt_connect.h"
+#include "app/vantrel.h"
+#include "platform/memory/memory_platform.h"
+#include "platform/qt/frm_vantrel_window.h"
+#include "qt_application.h"
+#include "settings/settings_store.h"
+
+namespace vantrel::platform::qt {
+namespace {
+
+constexpr const char* kDirectory = "/vantrel";
+constexpr int16_t kControlRegister = 0x37A;
+constexpr int kKeyBit = 8;
+
+// The keyer with its real window, on virtual time and in-memory ports: a
+// transmission runs to its end at once, with no real waiting.
+class FrmVantrelWindowTest : public ::testing::Test {
+ protected:
+  FrmVantrelWindowTest() {
+    // A logger that answers, so start-up shows no message box to wait on.
+    linkChannel.loggerRunning = true;
+    keyer = std::make_unique<app::Vantrel>(
+        Platform{window.controls(), clock, window.pump(), files, wallClock, language, parallel,
+                 cwControl, linkChannel, tone, link, winkey, macroLoop, calibration},
+        mainwindow::StartupEnvironment{kDirectory, ""});
+    app::ConnectWindow(window, *keyer);
+  }
+
+  void Start() {
+    keyer->form.Form_Load();
+    window.widget().show();
+    QCoreApplication::processEvents();
+  }
+
+  std::string Stored(const std::string& key) {
+    return files.GetPrivateProfileString(settings::kMainSection, key, "", 200,
+                                         keyer->store.SettingsFilePath);
+  }
+
+  // How often the key line changed on the parallel port.
+  int KeyEdges() const {
+    int edges = 0;
+    int last = parallel.powerOn;
+    for (const std::string& line : trace.Events()) {
+      if (line.rfind("lpt ", 0) != 0) continue;
+      const int value = std::stoi(line.substr(4), nullptr, 16);
+      if ((value ^ last) & kKeyBit) ++edges;
+      last = value;
+    }
+    return edges;
+  }
+
+  // Before any widget.
+  const bool application_ = (testing::EnsureApplication(), true);
+  memory::VirtualClock clock;
+  memory::Trace trace{[this] { return clock.NowMs(); }};
+  memory::MemoryProfileFile files;
+  memory::MemoryWallClock wallClock;
+  memory::MemoryLanguage language;
+  memory::MemoryParallelPort parallel{trace};
+  memory::MemorySerialPort cwControl{trace};
+  memory::MemoryLinkChannel linkChannel{trace};
+  memory::RecordingTone tone{trace};
+  memory::RecordingLoggerLink link{trace};
+  memory::RecordingWinKey winkey{trace};
+  memory::RecordingCalibration calibration;
+  FrmVantrelWindow window;
+  memory::RecordingMacroLoop macroLoop{trace, window.CWTextBox()};
+  std::unique_ptr<app::Vantrel> keyer;
+};
+
+TEST_F(FrmVantrelWindowTest, FirstStartShowsTheDesignRectangleWithEverythingButSrx) {
+  Start();
+  const MainWindowControls& c = window.controls();
+  EXPECT_EQ(c.frmVantrel.Left(), 500);
+  EXPECT_EQ(c.frmVantrel.Top(), 500);
+  EXPECT_EQ(c.frmVantrel.Width(), 3500);
+  EXPECT_EQ(c.frmVantrel.Height(), 2500);
+  EXPECT_EQ(window.widget().width(), qRound(3500 / TwipsPerPixelX(window.widget())));
+  EXPECT_TRUE(c.sBar.Visible());
+  EXPECT_TRUE(c.ElasticOne1.Visible());
+  EXPECT_TRUE(c.ElasticOne2.Visible());
+  EXPECT_TRUE(c.ElasticOne3.Visible());
+  EXPECT_EQ(c.SRXField.Width(), 0);
+  // The resize event has put the right-hand group against the right edge.
+  EXPECT_FLOAT_EQ(c.NameField.Left(), c.sBar.Width() - c.NameField.Width() + 20);
+  EXPECT_EQ(window.menu("mnuVersion").Caption().rfind("Version ", 0), 0u);
+}
+
+TEST_F(FrmVantrelWindowTest, TextInTheBoxKeysTheLetterAndMarksItSent) {
+  Start();
+  window.CWTextBox().SetText("S");
+  EXPECT_EQ(KeyEdges(), 6);  // three dots, down and up
+  EXPECT_EQ(window.KeyBox().Shown(), Picture::Red);
+  // Sent text is recoloured in the real widget, through the adapter.
+  EXPECT_EQ(window.CWTextBox().ColourAt(0), keyer->cw.TransmittedColor);
+  EXPECT_NE(keyer->cw.TransmittedColor, keyer->cw.TextForeColor);
+  EXPECT_GT(clock.NowMs(), 0);
+}
+
+TEST_F(FrmVantrelWindowTest, KeysTypedIntoTheWidgetGoToTheEndInCapitals) {
+  keyer->store.LocateSettingsFile(kDirectory, "");
+  keyer->store.WriteSetting(settings::kMainSection, "Keying", "MOX");  // nothing is sent
+  Start();
+  QTextEdit& edit = window.CWTextBox().edit();
+  QTest::keyClicks(&edit, "cq");
+  window.CWTextBox().SetSelStart(1);
+  QTest::keyClick(&edit, Qt::Key_Return);
+  QTest::keyClicks(&edit, "x=");
+  EXPECT_EQ(window.CWTextBox().Text(), "CQX B^T");
+  QTest::keyClick(&edit, Qt::Key_Backspace);
+  EXPECT_EQ(window.CWTextBox().Text(), "CQX B^");
+  QTest::keyClick(&edit, Qt::Key_F2, Qt::AltModifier);  // to the macros, not the box
+  EXPECT_EQ(window.CWTextBox().Text(), "CQX B^");
+  EXPECT_TRUE(window.menu("mnuTX").Enabled());
+}
+
+TEST_F(FrmVantrelWindowTest, RightClickPastesAtTheEndAndOnVoxSends) {
+  Start();
+  QGuiApplication::clipboard()->setText("E");
+  QTest::mouseClick(window.CWTextBox().edit().viewport(), Qt::RightButton);
+  EXPECT_EQ(KeyEdges(), 2);
+}
+
+TEST_F(FrmVantrelWindowTest, CloseDuringATransmissionOnlyStopsIt) {
+  Start();
+  // Delivered by the event pump inside the send loop's waits.
+  QTimer::singleShot(0, &window.widget(), [this] { window.widget().close(); });
+  window.CWTextBox().SetText("PARIS PARIS");
+  EXPECT_TRUE(window.widget().isVisible());
+  EXPECT_LT(KeyEdges(), 2 * 28);  // far short of both words
+  window.widget().close();
+  EXPECT_FALSE(window.widget().isVisible());
+  EXPECT_EQ(Stored("Width"), "3500");
+  EXPECT_EQ(Stored("Height"), "2500");
+}
+
+TEST_F(FrmVantrelWindowTest, MenuEntriesReachTheirHandlers) {
+  Start();
+  const MainWindowControls& c = window.controls();
+  window.menu("mFkeys").action().trigger();
+  EXPECT_FALSE(c.mFkeys.Checked());
+  EXPECT_FALSE(c.ElasticOne3.Visible());
+  EXPECT_EQ(Stored("F Keys Visible"), "False");
+  // Opening Keying greys the serial entry while the key is on the parallel port.
+  QMenu* keying = window.menu("mnuKeying").submenu();
+  ASSERT_NE(keying, nullptr);
+  keying->popup(QPoint(0, 0));
+  keying->hide();
+  EXPECT_FALSE(c.mnuDedicatedSerialPort.Enabled());
+}
+
+TEST_F(FrmVantrelWindowTest, MenuTreeHasItsEntriesInOrderUnderTheirMenus) {
+  const std::vector<std::string>& names = window.menuNames();
+  ASSERT_EQ(names.size(), 38u);
+  EXPECT_EQ(names.front(), "mnuConfig");
+  EXPECT_EQ(names.back(), "mnuVersion");
+  EXPECT_EQ(window.menu("mnuNothing10").Caption(), "-");
+  EXPECT_EQ(window.menu("mAFkeys").Caption(), "Show CTL_F keys");
+  QMenu* appearance = window.menu("mnuAppearance").submenu();
+  ASSERT_NE(appearance, nullptr);
+  EXPECT_TRUE(appearance->actions().contains(&window.menu("mnuInsKey").action()));
+  EXPECT_EQ(appearance->actions().size(), 8);
+}
+
+}  // namespace
+}  // namespace vantrel::platform::qt

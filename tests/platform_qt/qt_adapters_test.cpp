@@ -1,0 +1,296 @@
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QTest>
+#include <QTextEdit>
+#include <memory>
+
+#include "platform/qt/qt_controls.h"
+#include "platform/qt/qt_text_box.h"
+#include "platform/qt/qt_window.h"
+#include "qt_application.h"
+
+namespace vantrel::platform::qt {
+namespace {
+
+constexpr Colour kBlack = 0;
+constexpr Colour kRed = 0x0000FF;
+constexpr Colour kBlue = 0xFF0000;
+
+class QtTextBoxTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    testing::EnsureApplication();
+    edit = std::make_unique<QTextEdit>();
+    box = std::make_unique<QtTextBox>(*edit, kBlack);
+  }
+
+  // Appends at the end in `colour`, as the logic types.
+  void Append(const std::string& text, Colour colour) {
+    box->SetSelStart(static_cast<int>(box->Text().size()));
+    box->SetSelColor(colour);
+    box->SetSelText(text);
+  }
+
+  std::unique_ptr<QTextEdit> edit;
+  std::unique_ptr<QtTextBox> box;
+};
+
+TEST_F(QtTextBoxTest, EachCharacterKeepsItsOwnColour) {
+  Append("CQ", kBlack);
+  Append("DE", kRed);
+  box->SetSelStart(1);
+  box->SetSelLength(2);
+  box->SetSelColor(kBlue);  // "QD"
+  EXPECT_EQ(box->Text(), "CQDE");
+  EXPECT_EQ(box->ColourAt(0), kBlack);
+  EXPECT_EQ(box->ColourAt(1), kBlue);
+  EXPECT_EQ(box->ColourAt(2), kBlue);
+  EXPECT_EQ(box->ColourAt(3), kRed);
+  EXPECT_EQ(box->SelLength(), 2);  // recolouring keeps the selection
+}
+
+TEST_F(QtTextBoxTest, MovingTheCaretTakesUpTheColourBeforeIt) {
+  Append("AB", kRed);
+  Append("C", kBlue);
+  box->SetSelStart(1);
+  EXPECT_EQ(box->InsertColour(), kRed);
+  box->SetSelText("x");
+  EXPECT_EQ(box->ColourAt(1), kRed);
+  // To the front there is nothing before it: the colour stays.
+  box->SetSelColor(kBlue);
+  box->SetSelStart(0);
+  EXPECT_EQ(box->InsertColour(), kBlue);
+}
+
+TEST_F(QtTextBoxTest, ColourForNextInsertSurvivesACaretThatDoesNotMove) {
+  Append("AB", kBlack);
+  box->SetSelStart(2);
+  box->SetSelColor(kRed);
+  box->SetSelStart(2);  // where it already is
+  box->SetSelText("C");
+  EXPECT_EQ(box->ColourAt(2), kRed);
+  // The operator types in the same colour as the logic would insert.
+  QTest::keyClicks(edit.get(), "D");
+  EXPECT_EQ(box->Text(), "ABCD");
+  EXPECT_EQ(box->ColourAt(3), kRed);
+}
+
+TEST_F(QtTextBoxTest, SelTextReplacesTheSelectionAndLeavesTheCaretAfterIt) {
+  box->SetText("HELLO");
+  box->SetSelStart(1);
+  box->SetSelLength(3);
+  box->SetSelText("A");
+  EXPECT_EQ(box->Text(), "HAO");
+  EXPECT_EQ(box->SelStart(), 2);
+  EXPECT_EQ(box->SelLength(), 0);
+}
+
+TEST_F(QtTextBoxTest, CaretAndSelectionStayInsideTheText) {
+  box->SetText("ABC");
+  box->SetSelStart(10);
+  EXPECT_EQ(box->SelStart(), 3);
+  box->SetSelStart(-4);
+  EXPECT_EQ(box->SelStart(), 0);
+  box->SetSelStart(1);
+  box->SetSelLength(50);
+  EXPECT_EQ(box->SelLength(), 2);
+  box->SetSelLength(-1);
+  EXPECT_EQ(box->SelLength(), 0);
+  // A new text keeps the caret where it can and empties the selection.
+  box->SetSelStart(3);
+  box->SetText("A");
+  EXPECT_EQ(box->SelStart(), 1);
+}
+
+TEST_F(QtTextBoxTest, ChangeRunsOncePerChangeOfTheCharactersOnly) {
+  int changes = 0;
+  int caretSeen = -1;
+  box->OnChange([&] {
+    ++changes;
+    caretSeen = box->SelStart();
+  });
+  box->SetText("CQ");
+  EXPECT_EQ(changes, 1);
+  box->SetText("CQ");  // the same text
+  EXPECT_EQ(changes, 1);
+  box->SetSelStart(0);
+  box->SetSelLength(2);
+  box->SetSelColor(kRed);  // marking sent text is no change
+  EXPECT_EQ(changes, 1);
+  box->SetSelStart(2);
+  box->SetSelText(" TEST");
+  EXPECT_EQ(changes, 2);
+  EXPECT_EQ(caretSeen, 7);  // the handler sees the edit whole
+  QTest::keyClicks(edit.get(), "AB");
+  EXPECT_EQ(changes, 4);
+}
+
+TEST_F(QtTextBoxTest, LatinOneCharactersCrossTheWidgetEdgeUnchanged) {
+  const std::string text = "\xBB" "CQ\xAB \xC4\xA0\xFF";  // » CQ « Ä, no-break space, ÿ
+  box->SetText(text);
+  EXPECT_EQ(edit->toPlainText().left(5), QString::fromUtf8("»CQ« "));
+  EXPECT_EQ(edit->document()->characterAt(5), QChar(0xC4));
+  EXPECT_EQ(box->Text(), text);
+  // What has no 8-bit code reaches the logic as "?".
+  edit->setPlainText(QString::fromUtf8("A€"));
+  EXPECT_EQ(box->Text(), "A?");
+}
+
+TEST_F(QtTextBoxTest, RedrawOffHoldsBackPainting) {
+  box->SetRedraw(false);
+  EXPECT_FALSE(edit->updatesEnabled());
+  box->SetRedraw(true);
+  EXPECT_TRUE(edit->updatesEnabled());
+}
+
+TEST_F(QtTextBoxTest, FontAndBackColourReadBackAsSet) {
+  box->SetFontName("DejaVu Sans Mono");
+  box->SetFontSize(12);
+  box->SetFontBold(true);
+  box->SetBackColor(0x00E3FCFC);
+  EXPECT_EQ(box->FontName(), "DejaVu Sans Mono");
+  EXPECT_FLOAT_EQ(box->FontSize(), 12);
+  EXPECT_TRUE(box->FontBold());
+  EXPECT_FALSE(box->FontItalic());
+  EXPECT_EQ(box->BackColor(), 0x00E3FCFC);
+  EXPECT_EQ(edit->palette().color(QPalette::Base), QColor(0xFC, 0xFC, 0xE3));
+}
+
+class QtTimerTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    testing::EnsureApplication();
+    timer.OnTimer([this] { ++fired; });
+  }
+  QtTimer timer;
+  int fired = 0;
+};
+
+TEST_F(QtTimerTest, IntervalZeroNeverFiresEvenEnabled) {
+  timer.SetEnabled(true);
+  timer.SetInterval(0);
+  QTest::qWait(30);
+  EXPECT_EQ(fired, 0);
+  EXPECT_FALSE(timer.Running());
+  timer.SetInterval(5);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return fired >= 2; }, 2000));
+  timer.SetInterval(0);
+  const int before = fired;
+  QTest::qWait(30);
+  EXPECT_EQ(fired, before);
+}
+
+TEST_F(QtTimerTest, DisabledTimerKeepsItsIntervalAndStaysQuiet) {
+  timer.SetInterval(5);
+  QTest::qWait(30);
+  EXPECT_EQ(fired, 0);
+  timer.SetEnabled(true);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return fired >= 1; }, 2000));
+  timer.SetEnabled(false);
+  const int before = fired;
+  QTest::qWait(30);
+  EXPECT_EQ(fired, before);
+  EXPECT_EQ(timer.Interval(), 5);
+}
+
+TEST(QtGeometry, TwipsReadBackAsSetAndFollowTheOperatorsResize) {
+  testing::EnsureApplication();
+  QWidget widget;
+  const double perPixel = TwipsPerPixelX(widget);
+  ASSERT_DOUBLE_EQ(perPixel, 1440.0 / widget.screen()->logicalDotsPerInchX());
+  WidgetGeometry geometry(widget);
+  geometry.SetWidth(3500);  // not a whole number of pixels at 96 dpi
+  geometry.SetLeft(-10);
+  EXPECT_EQ(geometry.Width(), 3500);
+  EXPECT_EQ(geometry.Left(), -10);
+  EXPECT_EQ(widget.width(), qRound(3500 / perPixel));
+  widget.resize(300, widget.height());
+  EXPECT_FLOAT_EQ(geometry.Width(), static_cast<float>(300 * perPixel));
+}
+
+TEST(QtGeometry, ColoursAreWindowsRgbWithRedInTheLowByte) {
+  EXPECT_EQ(ToQColor(0x0000FF), QColor(255, 0, 0));
+  EXPECT_EQ(ToQColor(0x00C0C0C0), QColor(192, 192, 192));
+  EXPECT_EQ(FromQColor(QColor(1, 2, 3)), 0x030201);
+}
+
+TEST(QtWindowTest, RectangleReadsBackInTwipsAndTopmostIsAWindowFlag) {
+  testing::EnsureApplication();
+  MainWindowWidget widget;
+  QtWindow window(widget);
+  window.SetLeft(500);
+  window.SetTop(500);
+  window.SetWidth(3500);
+  window.SetHeight(2500);
+  EXPECT_EQ(window.Left(), 500);
+  EXPECT_EQ(window.Top(), 500);
+  EXPECT_EQ(window.Width(), 3500);
+  EXPECT_EQ(window.Height(), 2500);
+  window.SetTopmost(true);
+  EXPECT_TRUE(widget.windowFlags() & Qt::WindowStaysOnTopHint);
+  window.SetTopmost(false);
+  EXPECT_FALSE(widget.windowFlags() & Qt::WindowStaysOnTopHint);
+  window.SetCaption("Vantrel \xBB");
+  EXPECT_EQ(widget.windowTitle(), QString::fromUtf8("Vantrel »"));
+}
+
+TEST(QtMenuItemTest, ClickLeavesTheTickToTheHandler) {
+  testing::EnsureApplication();
+  QMenu menu;
+  QAction* action = menu.addAction("x");
+  QtMenuItem item(*action, nullptr);
+  int clicks = 0;
+  item.OnClick([&] { ++clicks; });
+  action->trigger();
+  EXPECT_EQ(clicks, 1);
+  EXPECT_FALSE(item.Checked());
+  EXPECT_FALSE(action->isChecked());
+  item.SetChecked(true);
+  action->trigger();
+  EXPECT_EQ(clicks, 2);
+  EXPECT_TRUE(item.Checked());
+  EXPECT_TRUE(action->isChecked());
+  item.SetEnabled(false);
+  action->trigger();  // a grey entry does nothing
+  EXPECT_EQ(clicks, 2);
+  item.SetCaption("&TX");
+  EXPECT_EQ(item.Caption(), "&TX");
+  EXPECT_EQ(action->text(), "&TX");
+}
+
+TEST(QtMenuItemTest, SubmenuRunsItsOpenHandlerBeforeShowing) {
+  testing::EnsureApplication();
+  QMenu bar;
+  QMenu* keying = bar.addMenu("Keying");
+  QAction* entry = keying->addAction("Dedicated serial port open");
+  QtMenuItem item(*keying->menuAction(), keying);
+  bool entryEnabledWhenShown = true;
+  item.OnOpen([&] { entry->setEnabled(false); });
+  QObject::connect(keying, &QMenu::aboutToShow, [&] {
+    entryEnabledWhenShown = entry->isEnabled();
+  });
+  keying->popup(QPoint(0, 0));
+  keying->hide();
+  EXPECT_FALSE(entryEnabledWhenShown);
+}
+
+TEST(QtPictureBoxTest, EdgesSwapTwoSharedPictures) {
+  testing::EnsureApplication();
+  QLabel keyLabel, pttLabel;
+  QtPictureBox key(keyLabel), ptt(pttLabel);
+  const qint64 red = keyLabel.pixmap().cacheKey();
+  key.SetPicture(Picture::Green);
+  EXPECT_EQ(key.Shown(), Picture::Green);
+  const qint64 green = keyLabel.pixmap().cacheKey();
+  EXPECT_NE(green, red);
+  key.SetPicture(Picture::Red);
+  EXPECT_EQ(keyLabel.pixmap().cacheKey(), red);  // no picture made per edge
+  ptt.SetPicture(Picture::Green);
+  EXPECT_EQ(pttLabel.pixmap().cacheKey(), green);
+}
+
+}  // namespace
+}  // namespace vantrel::platform::qt
