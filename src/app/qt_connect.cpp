@@ -52,6 +52,21 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
        [&form](int16_t button) { form.cwTextBox_MouseDown(button); },
        [&form](int16_t button) { form.cwTextBox_MouseUp(button); },
        [&form] { form.cwTextBox_GotFocus(); }});
+  new platform::qt::KeyEvents(
+      window.CallsignField(),
+      {[&form](int16_t& keyCode, int16_t& shift) { form.FieldKeyDown(keyCode, shift, "CallsignField"); },
+       [&form](int16_t& keyAscii) { form.CallsignField_KeyPress(keyAscii); },
+       [&form](int16_t button) { form.CallsignField_MouseDown(button); }, nullptr,
+       [&form] { form.CallsignField_GotFocus(); }});
+  new platform::qt::KeyEvents(
+      window.NameField(),
+      {[&form](int16_t& keyCode, int16_t& shift) { form.FieldKeyDown(keyCode, shift, "NameField"); },
+       [&form](int16_t& keyAscii) { form.NameField_KeyPress(keyAscii); },
+       [&form](int16_t button) { form.NameField_MouseDown(button); }, nullptr, nullptr});
+  new platform::qt::KeyEvents(
+      window.SRXField(),
+      {[&form](int16_t& keyCode, int16_t& shift) { form.FieldKeyDown(keyCode, shift, "SRXField"); },
+       nullptr, nullptr, nullptr, nullptr});
 }
 
 }  // namespace vantrel::app

@@ -69,6 +69,14 @@ class FrmVantrel {
   // Rewrites a corrected call in the text not yet sent, and the unsent tail
   // of one that is going out.
   void CorrectCallInText();
+  // Keys of the three fields: Tab cycles them, the macro keys work as in the
+  // transmit box. `FieldName` is "CallsignField", "SRXField" or "NameField".
+  void FieldKeyDown(int16_t& KeyCode, int16_t& Shift, const std::string& FieldName);
+  void CallsignField_KeyPress(int16_t& KeyAscii);
+  void NameField_KeyPress(int16_t& KeyAscii);
+  void CallsignField_MouseDown(int16_t Button);
+  void NameField_MouseDown(int16_t Button);
+  void CallsignField_GotFocus();
 
   // Layout: the window's resize event, rows and fields shown or hidden.
   void Form_Resize();
@@ -114,6 +122,9 @@ class FrmVantrel {
   void ToggleShown(platform::MenuItem& entry, platform::Control& panel, const char* key);
   void TickSerialZero(platform::MenuItem& entry, const char* value);
   void ChooseTextFont();
+  // The macro keys, alike in the box and the fields; 0 in KeyCode after either.
+  bool FireHotKey(int16_t& KeyCode, int16_t Shift);
+  void DispatchMacroKey(int16_t& KeyCode, int16_t Shift);
   // A field's text to the logger, when there is one.
   void ShareField(loggerlink::LinkSlot slot, const std::string& text);
 

@@ -1,5 +1,6 @@
-// The keys and the mouse on the transmit box. New text always goes to the
-// end, in capitals; nothing here sends: the box's change event does.
+// The keys and the mouse on the transmit box and the contact fields. New
+// text in the box always goes to the end, in capitals; nothing here sends:
+// the box's change event does.
 #include <string>
 
 #include "mainwindow/frm_vantrel.h"
@@ -9,6 +10,7 @@ namespace vantrel::mainwindow {
 namespace {
 
 constexpr int16_t kBackspace = 8;
+constexpr int16_t kTab = 9;
 constexpr int16_t kLineFeed = 10;
 constexpr int16_t kEnter = 13;
 constexpr int16_t kEsc = 27;
@@ -33,6 +35,19 @@ const char* Prosign(int16_t keyAscii) {
 
 }  // namespace
 
+// ALT and a key that a macro caption holds as its hot key fires that macro.
+bool FrmVantrel::FireHotKey(int16_t& KeyCode, int16_t Shift) {
+  if (Shift != kAlt || KeyCode < kPageUp || !p_.macroLoop.FireHotKey(KeyCode)) return false;
+  KeyCode = 0;
+  return true;
+}
+
+void FrmVantrel::DispatchMacroKey(int16_t& KeyCode, int16_t Shift) {
+  if (KeyCode < kFirstFunctionKey || KeyCode > kLastFunctionKey) return;
+  p_.macroLoop.DispatchFunctionKey(KeyCode, Shift);
+  KeyCode = 0;
+}
+
 void FrmVantrel::cwTextBox_KeyDown(int16_t& KeyCode, int16_t& Shift) {
   switch (KeyCode) {
     case kEnter:
@@ -55,14 +70,8 @@ void FrmVantrel::cwTextBox_KeyDown(int16_t& KeyCode, int16_t& Shift) {
     default:
       break;
   }
-  if (Shift == kAlt && KeyCode >= kPageUp && p_.macroLoop.FireHotKey(KeyCode)) {
-    KeyCode = 0;
-    return;
-  }
-  if (KeyCode >= kFirstFunctionKey && KeyCode <= kLastFunctionKey) {
-    p_.macroLoop.DispatchFunctionKey(KeyCode, Shift);
-    KeyCode = 0;
-  }
+  if (FireHotKey(KeyCode, Shift)) return;
+  DispatchMacroKey(KeyCode, Shift);
   c_.CWTextBox.SetSelColor(cw_.TextForeColor);
 }
 
@@ -109,5 +118,58 @@ void FrmVantrel::cwTextBox_MouseUp(int16_t Button) {
 }
 
 void FrmVantrel::cwTextBox_GotFocus() { ActiveField = &c_.CWTextBox; }
+
+void FrmVantrel::FieldKeyDown(int16_t& KeyCode, int16_t& Shift, const std::string& FieldName) {
+  switch (KeyCode) {
+    case kTab: {
+      // SHIFT goes the same way round.
+      platform::TextBox* next = &c_.CallsignField;
+      bool toEnd = true;
+      if (FieldName == "CallsignField") {
+        next = c_.mnuShowSRX.Checked() ? &c_.SRXField : &c_.NameField;
+        toEnd = next == &c_.SRXField;
+      } else if (FieldName == "SRXField") {
+        next = &c_.NameField;
+      }
+      next->SetFocus();
+      if (toEnd) next->SetSelStart(static_cast<int>(next->Text().size()));
+      KeyCode = 0;
+      return;
+    }
+    case kEsc:
+      core_.mnuabort_click();
+      KeyCode = 0;
+      return;
+    case kInsert:
+      KeyCode = s_.window.InsertKeyCode;
+      break;
+    case kPageUp:
+    case kPageDown:
+      c_.CWTextBox.SetFocus();
+      KeyCode = 0;
+      return;
+    default:
+      break;
+  }
+  if (FireHotKey(KeyCode, Shift)) return;
+  DispatchMacroKey(KeyCode, Shift);
+}
+
+void FrmVantrel::CallsignField_KeyPress(int16_t& KeyAscii) {
+  p_.macroLoop.CancelMacroLoop();
+  KeyAscii = KeyAscii == kEnter || KeyAscii == kLineFeed
+                 ? 0
+                 : vb::UCaseAnsi(static_cast<unsigned char>(KeyAscii));
+}
+
+// The name keeps its case: the macro word that reads it capitalises it.
+void FrmVantrel::NameField_KeyPress(int16_t& KeyAscii) {
+  p_.macroLoop.CancelMacroLoop();
+  if (KeyAscii == kEnter || KeyAscii == kLineFeed) KeyAscii = 0;
+}
+
+void FrmVantrel::CallsignField_MouseDown(int16_t /*Button*/) { p_.macroLoop.CancelMacroLoop(); }
+void FrmVantrel::NameField_MouseDown(int16_t /*Button*/) { p_.macroLoop.CancelMacroLoop(); }
+void FrmVantrel::CallsignField_GotFocus() { ActiveField = &c_.CallsignField; }
 
 }  // namespace vantrel::mainwindow

@@ -90,5 +90,55 @@ TEST_F(ContactFields, FullySentCallStaysAndEmptyOldCallChangesNothing) {
   EXPECT_EQ(p.CWTextBox.Text(), "W1AW DE K1ABC W1AX");
 }
 
+class FieldKeys : public ContactFields {
+ protected:
+  int16_t KeyDown(int16_t keyCode, const std::string& field, int16_t shift = 0) {
+    keyer.form.FieldKeyDown(keyCode, shift, field);
+    return keyCode;
+  }
+};
+
+TEST_F(FieldKeys, TabCyclesTheShownFields) {
+  Start();
+  KeyDown(9, "CallsignField");
+  KeyDown(9, "NameField", 1);  // SHIFT Tab goes the same way
+  keyer.form.mnuShowSRX_Click();
+  KeyDown(9, "CallsignField");
+  KeyDown(9, "SRXField");
+  EXPECT_THAT(EventsStartingWith({"focus"}),
+              ElementsAre("focus NameField", "focus CallsignField", "focus SRXField",
+                          "focus NameField"));
+  EXPECT_EQ(p.SRXField.SelStart(), 3);  // behind the placeholder
+}
+
+TEST_F(FieldKeys, CallIsCapitalisedAndNoFieldTakesALineBreak) {
+  Start();
+  for (const char c : std::string("w1aw\r")) {
+    int16_t key = c;
+    keyer.form.CallsignField_KeyPress(key);
+    if (key != 0) TypeInto(p.CallsignField, std::string(1, static_cast<char>(key)));
+  }
+  EXPECT_EQ(p.CallsignField.Text(), "W1AW");
+  int16_t key = 'h';
+  keyer.form.NameField_KeyPress(key);
+  EXPECT_EQ(key, 'h');
+  key = 10;
+  keyer.form.NameField_KeyPress(key);
+  EXPECT_EQ(key, 0);
+}
+
+TEST_F(FieldKeys, MacroKeysWorkInTheFieldsAsInTheBox) {
+  Start({{"Insert Key", "124"}});
+  p.macroLoop.hotKeys = "C";
+  EXPECT_EQ(KeyDown(113, "NameField", 2), 0);
+  EXPECT_EQ(KeyDown(45, "SRXField"), 0);
+  EXPECT_EQ(KeyDown('C', "CallsignField", 4), 0);
+  EXPECT_EQ(KeyDown('A', "CallsignField"), 'A');  // an ordinary key reaches the field
+  EXPECT_EQ(KeyDown(34, "CallsignField"), 0);
+  EXPECT_THAT(EventsStartingWith({"macro", "focus"}),
+              ElementsAre("macro key 113 2", "macro key 124 0", "macro hotkey 67",
+                          "focus CWTextBox"));
+}
+
 }  // namespace
 }  // namespace vantrel::mainwindow

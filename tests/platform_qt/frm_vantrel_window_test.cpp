@@ -126,6 +126,19 @@ TEST_F(FrmVantrelWindowTest, KeysTypedIntoTheWidgetGoToTheEndInCapitals) {
   EXPECT_TRUE(window.menu("mnuTX").Enabled());
 }
 
+TEST_F(FrmVantrelWindowTest, CallFieldCapitalisesAndPageUpComesBackToTheBox) {
+  Start();
+  QTextEdit& call = window.CallsignField().edit();
+  QTest::keyClicks(&call, "w1aw");
+  QTest::keyClick(&call, Qt::Key_Return);
+  EXPECT_EQ(window.CallsignField().Text(), "W1AW");
+  EXPECT_EQ(keyer->form.PreviousCall, "W1AW");
+  QTest::keyClick(&call, Qt::Key_PageUp);
+  EXPECT_TRUE(window.CWTextBox().edit().hasFocus());
+  QTest::keyClick(&window.CWTextBox().edit(), Qt::Key_PageDown);
+  EXPECT_TRUE(call.hasFocus());
+}
+
 TEST_F(FrmVantrelWindowTest, RightClickPastesAtTheEndAndOnVoxSends) {
   Start();
   QGuiApplication::clipboard()->setText("E");

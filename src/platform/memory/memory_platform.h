@@ -28,9 +28,9 @@ struct MemoryPlatform {
 
   MemoryWindow frmVantrel{trace};
   MemoryTextBox CWTextBox{trace};
-  MemoryTextBox CallsignField{trace, 0, "field CallsignField"};
-  MemoryTextBox NameField{trace, 0, "field NameField"};
-  MemoryTextBox SRXField{trace, 0, "field SRXField"};
+  MemoryTextBox CallsignField{trace, 0, "CallsignField", "field CallsignField"};
+  MemoryTextBox NameField{trace, 0, "NameField", "field NameField"};
+  MemoryTextBox SRXField{trace, 0, "SRXField", "field SRXField"};
   MemoryPlacedControl cmbPrevious;
   MemoryMenuItem mnuTX{trace, "mnuTX", "TX"};
   MemoryMenuItem mnuAbort{trace, "mnuAbort", "Abort"};

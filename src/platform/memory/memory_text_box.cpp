@@ -6,7 +6,7 @@ namespace vantrel::platform::memory {
 
 void MemoryTextBox::Changed(const std::string& before) {
   if (text_ == before) return;
-  trace_.Emit(name_ + " " + Trace::Quote(text_));
+  trace_.Emit(changeEvent_ + " " + Trace::Quote(text_));
   if (onChange_) onChange_();
 }
 

@@ -13,9 +13,14 @@ namespace vantrel::platform::memory {
 
 class MemoryTextBox : public MemoryPlacedBase<MemoryControlBase<TextBox>> {
  public:
-  // `name` starts the trace line of a change: "text" for the transmit box.
-  explicit MemoryTextBox(Trace& trace, Colour initialColour = 0, std::string name = "text")
-      : trace_(trace), name_(std::move(name)), insertColour_(initialColour) {}
+  // `changeEvent` starts the trace line of a change of the text; a focus is
+  // traced with `name`.
+  explicit MemoryTextBox(Trace& trace, Colour initialColour = 0, std::string name = "CWTextBox",
+                         std::string changeEvent = "text")
+      : trace_(trace),
+        name_(std::move(name)),
+        changeEvent_(std::move(changeEvent)),
+        insertColour_(initialColour) {}
 
   std::string Text() const override { return text_; }
   void SetText(const std::string& text) override;
@@ -38,7 +43,10 @@ class MemoryTextBox : public MemoryPlacedBase<MemoryControlBase<TextBox>> {
   void SetFontSize(float points) override { fontSize = points; }
   void SetFontBold(bool bold) override { fontBold = bold; }
   void SetFontItalic(bool italic) override { fontItalic = italic; }
-  void SetFocus() override { ++focused; }
+  void SetFocus() override {
+    ++focused;
+    trace_.Emit("focus " + name_);
+  }
 
   std::string fontName;
   float fontSize = 0;
@@ -55,6 +63,7 @@ class MemoryTextBox : public MemoryPlacedBase<MemoryControlBase<TextBox>> {
 
   Trace& trace_;
   std::string name_;
+  std::string changeEvent_;
   std::string text_;
   std::vector<Colour> colours_;
   Colour insertColour_;

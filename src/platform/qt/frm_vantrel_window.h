@@ -33,6 +33,9 @@ class FrmVantrelWindow {
   const std::vector<std::string>& menuNames() const { return menuOrder_; }
 
   QtTextBox& CWTextBox() { return *cwTextBox_; }
+  QtTextBox& CallsignField() { return *callsignField_; }
+  QtTextBox& NameField() { return *nameField_; }
+  QtTextBox& SRXField() { return *srxField_; }
   QtPictureBox& KeyBox() { return *keyBox_; }
   QtPictureBox& PTTBox() { return *pttBox_; }
   QtButtonArray& btnf() { return btnf_; }

@@ -84,19 +84,17 @@ bool KeyEvents::eventFilter(QObject* /*watched*/, QEvent* event) {
   switch (event->type()) {
     case QEvent::KeyPress:
       return Key(*static_cast<QKeyEvent*>(event));
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick: {
-      // The press ends at once: no caret moves, no selection is dragged.
-      box_.edit().setFocus(Qt::MouseFocusReason);
+    case QEvent::MouseButtonPress: {
       const auto* mouse = static_cast<QMouseEvent*>(event);
       if (handlers_.mouseDown) handlers_.mouseDown(WindowsButton(mouse->button()));
-      return true;
+      return false;
     }
-    case QEvent::MouseButtonRelease:
-      if (handlers_.mouseUp) {
-        handlers_.mouseUp(WindowsButton(static_cast<QMouseEvent*>(event)->button()));
-      }
-      return true;
+    case QEvent::MouseButtonRelease: {
+      if (!handlers_.mouseUp) return false;
+      const int16_t button = WindowsButton(static_cast<QMouseEvent*>(event)->button());
+      handlers_.mouseUp(button);
+      return button != 1;
+    }
     case QEvent::FocusIn:
       if (handlers_.gotFocus) handlers_.gotFocus();
       return false;
