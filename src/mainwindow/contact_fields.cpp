@@ -84,4 +84,22 @@ void FrmVantrel::CorrectCallInText() {
   box.SetSelStart(static_cast<int>(box.Text().size()));
 }
 
+void FrmVantrel::cmbPrevious_Click() {
+  platform::TextBox& call = c_.CallsignField;
+  call.SetText(c_.cmbPrevious.Text());
+  call.SetFocus();
+  call.SetSelStart(static_cast<int>(call.Text().size()));
+}
+
+// Working a station twice lists it twice.
+void FrmVantrel::RememberCallsign() {
+  constexpr int16_t kRemembered = 8;
+  const std::string call = c_.CallsignField.Text();
+  if (call.empty()) return;
+  platform::ComboBox& list = c_.cmbPrevious;
+  list.AddItem(call, 0);
+  if (list.ListCount() > kRemembered) list.RemoveItem(kRemembered);
+  list.SetListIndex(0);
+}
+
 }  // namespace vantrel::mainwindow

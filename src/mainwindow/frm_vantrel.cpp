@@ -40,6 +40,7 @@ FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
   c_.CallsignField.OnChange([this] { CallsignField_Change(); });
   c_.NameField.OnChange([this] { NameField_Change(); });
   c_.SRXField.OnChange([this] { SRXField_Change(); });
+  c_.cmbPrevious.OnClick([this] { cmbPrevious_Click(); });
   c_.Timer1.SetInterval(kPollInterval);
   // A port that fails under a transmission ends it as a close request does;
   // the report is then text like any other.

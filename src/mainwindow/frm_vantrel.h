@@ -77,6 +77,10 @@ class FrmVantrel {
   void CallsignField_MouseDown(int16_t Button);
   void NameField_MouseDown(int16_t Button);
   void CallsignField_GotFocus();
+  // A callsign chosen from the list comes back into the call field.
+  void cmbPrevious_Click();
+  // The logged call goes on top of the list of the last eight.
+  void RememberCallsign();
 
   // Layout: the window's resize event, rows and fields shown or hidden.
   void Form_Resize();

@@ -35,6 +35,19 @@ class Placed {
 // A control with a face on the window, such as a panel or a combo box.
 class PlacedControl : public Control, public Placed {};
 
+// A drop-down list of texts, 0-based; choosing an entry, by hand or by
+// setting the list index, runs the click handler.
+class ComboBox : public PlacedControl {
+ public:
+  virtual std::string Text() const = 0;
+  virtual int16_t ListCount() const = 0;
+  virtual void AddItem(const std::string& item, int16_t index) = 0;
+  virtual void RemoveItem(int16_t index) = 0;
+  virtual int16_t ListIndex() const = 0;
+  virtual void SetListIndex(int16_t index) = 0;
+  virtual void OnClick(std::function<void()> handler) = 0;
+};
+
 class MenuItem : public Control {
  public:
   virtual bool Checked() const = 0;

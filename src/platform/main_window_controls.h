@@ -18,7 +18,7 @@ struct MainWindowControls {
   TextBox& CallsignField;
   TextBox& NameField;
   TextBox& SRXField;
-  PlacedControl& cmbPrevious;
+  ComboBox& cmbPrevious;
 
   MenuItem& mnuTX;
   MenuItem& mnuAbort;

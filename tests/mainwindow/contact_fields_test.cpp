@@ -140,5 +140,24 @@ TEST_F(FieldKeys, MacroKeysWorkInTheFieldsAsInTheBox) {
                           "focus CWTextBox"));
 }
 
+TEST_F(ContactFields, LoggedCallsGoOnTopOfTheLastEight) {
+  Start();
+  for (int n = 1; n <= 9; ++n) {
+    p.CallsignField.SetText("K" + std::to_string(n));
+    keyer.form.RememberCallsign();
+  }
+  ASSERT_EQ(p.cmbPrevious.items.size(), 8u);
+  EXPECT_EQ(p.cmbPrevious.items.front(), "K9");
+  EXPECT_EQ(p.cmbPrevious.items.back(), "K2");  // the ninth pushed the first out
+  p.CallsignField.SetText("");
+  keyer.form.RememberCallsign();
+  EXPECT_EQ(p.cmbPrevious.items.size(), 8u);
+  // Choosing an older one brings it back into the call field.
+  p.cmbPrevious.SetListIndex(3);
+  EXPECT_EQ(p.CallsignField.Text(), "K6");
+  EXPECT_EQ(p.CallsignField.SelStart(), 2);
+  EXPECT_EQ(EventsStartingWith({"focus"}).back(), "focus CallsignField");
+}
+
 }  // namespace
 }  // namespace vantrel::mainwindow

@@ -90,6 +90,31 @@ class MemoryStatusPanel : public MemoryPlacedBase<MemoryControlBase<StatusPanel>
   Colour foreColor_ = 0;
 };
 
+class MemoryComboBox : public MemoryPlacedBase<MemoryControlBase<ComboBox>> {
+ public:
+  std::string Text() const override { return index_ < 0 ? "" : items.at(index_); }
+  int16_t ListCount() const override { return static_cast<int16_t>(items.size()); }
+  void AddItem(const std::string& item, int16_t index) override {
+    items.insert(items.begin() + index, item);
+  }
+  void RemoveItem(int16_t index) override {
+    items.erase(items.begin() + index);
+    if (index_ >= ListCount()) index_ = -1;
+  }
+  int16_t ListIndex() const override { return index_; }
+  void SetListIndex(int16_t index) override {
+    index_ = index;
+    if (onClick_) onClick_();
+  }
+  void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
+
+  std::vector<std::string> items;
+
+ private:
+  int16_t index_ = -1;
+  std::function<void()> onClick_;
+};
+
 class MemoryCommandButton : public MemoryControlBase<CommandButton> {
  public:
   void SetCaption(const std::string& caption) override { caption_ = caption; }

@@ -31,7 +31,7 @@ struct MemoryPlatform {
   MemoryTextBox CallsignField{trace, 0, "CallsignField", "field CallsignField"};
   MemoryTextBox NameField{trace, 0, "NameField", "field NameField"};
   MemoryTextBox SRXField{trace, 0, "SRXField", "field SRXField"};
-  MemoryPlacedControl cmbPrevious;
+  MemoryComboBox cmbPrevious;
   MemoryMenuItem mnuTX{trace, "mnuTX", "TX"};
   MemoryMenuItem mnuAbort{trace, "mnuAbort", "Abort"};
   MemoryMenuItem mnuConfig{trace, "mnuConfig", "Config"};

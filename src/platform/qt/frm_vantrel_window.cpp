@@ -224,7 +224,7 @@ void FrmVantrelWindow::BuildToolBar(QWidget& central) {
   pttBox_ = std::make_unique<QtPictureBox>(*new QLabel(bar));
   auto* combo = new QComboBox(bar);
   combo->setEditable(false);
-  cmbPrevious_ = std::make_unique<QtPlacedControl>(*combo);
+  cmbPrevious_ = std::make_unique<QtComboBox>(*combo);
   callsignField_ = std::make_unique<QtTextBox>(*NewField(*bar));
   srxField_ = std::make_unique<QtTextBox>(*NewField(*bar));
   nameField_ = std::make_unique<QtTextBox>(*NewField(*bar));

@@ -52,7 +52,7 @@ class FrmVantrelWindow {
   std::map<std::string, std::unique_ptr<QtMenuItem>> menus_;
   std::vector<std::string> menuOrder_;
   std::unique_ptr<QtTextBox> cwTextBox_, callsignField_, nameField_, srxField_;
-  std::unique_ptr<QtPlacedControl> cmbPrevious_;
+  std::unique_ptr<QtComboBox> cmbPrevious_;
   std::unique_ptr<QtDockedPanel> elasticOne1_, elasticOne2_, elasticOne3_, elasticOne4_;
   std::unique_ptr<QtStatusPanel> sBar_;
   std::unique_ptr<QtPictureBox> keyBox_, pttBox_;

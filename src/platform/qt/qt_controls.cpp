@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QColorDialog>
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QFontDialog>
 #include <QLabel>
@@ -191,6 +192,26 @@ bool QtCommonDialog::ShowFont(FontChoice& font) {
   font.bold = chosen.bold();
   font.italic = chosen.italic();
   return true;
+}
+
+QtComboBox::QtComboBox(QComboBox& combo) : QtPlacedBase<ComboBox>(combo), combo_(combo) {
+  QObject::connect(&combo_, QOverload<int>::of(&QComboBox::activated), [this](int) {
+    if (onClick_) onClick_();
+  });
+}
+
+std::string QtComboBox::Text() const { return FromQString(combo_.currentText()); }
+int16_t QtComboBox::ListCount() const { return static_cast<int16_t>(combo_.count()); }
+void QtComboBox::AddItem(const std::string& item, int16_t index) {
+  combo_.insertItem(index, ToQString(item));
+}
+void QtComboBox::RemoveItem(int16_t index) { combo_.removeItem(index); }
+int16_t QtComboBox::ListIndex() const { return static_cast<int16_t>(combo_.currentIndex()); }
+
+// Set by the program, not by the operator: Qt gives no signal for that.
+void QtComboBox::SetListIndex(int16_t index) {
+  combo_.setCurrentIndex(index);
+  if (onClick_) onClick_();
 }
 
 }  // namespace vantrel::platform::qt

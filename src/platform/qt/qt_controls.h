@@ -74,6 +74,24 @@ using QtPlacedBase = QtWithGeometry<QtControlBase<Interface>>;
 
 using QtPlacedControl = QtPlacedBase<PlacedControl>;
 
+// The list of recent calls over a QComboBox. Choosing an entry by hand or by
+// index runs the click handler, once.
+class QtComboBox : public QtPlacedBase<ComboBox> {
+ public:
+  explicit QtComboBox(QComboBox& combo);
+  std::string Text() const override;
+  int16_t ListCount() const override;
+  void AddItem(const std::string& item, int16_t index) override;
+  void RemoveItem(int16_t index) override;
+  int16_t ListIndex() const override;
+  void SetListIndex(int16_t index) override;
+  void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
+
+ private:
+  QComboBox& combo_;
+  std::function<void()> onClick_;
+};
+
 // A panel docked to an edge of the window, as the rows of buttons and the
 // tool bar are: the dock decides its place and width, only its height is
 // its own. Its width is the window's even before the layout has run.
