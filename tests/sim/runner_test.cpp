@@ -141,6 +141,25 @@ TEST(Runner, FirstCloseDuringSendingOnlyStopsIt) {
   EXPECT_THAT(lines, Not(Contains(::testing::HasSubstr("\"Height\""))));  // not unloaded
 }
 
+TEST(Runner, TypedKeysGoToTheControlWithTheFocus) {
+  RunOptions options;
+  options.settings = {{"Keying", "MOX"}};
+  const auto lines =
+      RunScript("0 type cq=\n10 key 33\n20 type w1aw\r\n30 key 9\n40 type Ann\n50 paste de\n", options);
+  EXPECT_THAT(lines, Contains("0.000 text \"CQ B^T\""));
+  EXPECT_THAT(lines, Contains("10.000 focus CallsignField"));
+  EXPECT_THAT(lines, Contains("20.000 field CallsignField \"W1AW\""));
+  EXPECT_THAT(lines, Contains("30.000 focus NameField"));
+  EXPECT_THAT(lines, Contains("40.000 field NameField \"Ann\""));  // a name keeps its case
+  EXPECT_THAT(lines, Contains("50.000 text \"CQ B^Tde\""));  // a paste is taken as it is
+}
+
+TEST(Runner, ResizeSnapsToTheRowsAndMinimisedIsLeftAlone) {
+  const auto lines = RunScript("0 resize 6000 1000\n10 minimize\n20 resize 6000 900\n");
+  EXPECT_THAT(lines, Contains("0.000 height 1830"));
+  EXPECT_EQ(lines.back(), "20.000 height 900");
+}
+
 TEST(Runner, NothingAfterUntilIsPrintedOrRun) {
   RunOptions options;
   options.settings = {{"PTT", "ON"}};

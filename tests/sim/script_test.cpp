@@ -64,7 +64,7 @@ TEST(ParseScript, BadLinesAreErrorsNamingTheirLine) {
   EXPECT_THAT(ErrorOf("0 send E\n1 send \\xZ1\n"), HasSubstr("line 2"));
   EXPECT_THAT(ErrorOf("0 send E\\x4"), HasSubstr("line 1"));
   EXPECT_THAT(ErrorOf("0 send E\\x"), HasSubstr("hexadecimal"));
-  EXPECT_THAT(ErrorOf("0 type E"), HasSubstr("unknown verb 'type'"));
+  EXPECT_THAT(ErrorOf("0 press E"), HasSubstr("unknown verb 'press'"));
   EXPECT_THAT(ErrorOf("0 menu mnuAbort"), HasSubstr("unknown menu entry 'mnuAbort'"));
   EXPECT_THAT(ErrorOf("0 menu mnuTX "), HasSubstr("unknown menu entry"));
   EXPECT_THAT(ErrorOf("0 send"), HasSubstr("needs an argument"));
@@ -73,6 +73,30 @@ TEST(ParseScript, BadLinesAreErrorsNamingTheirLine) {
   EXPECT_THAT(ErrorOf("-5 send E"), HasSubstr("not a time"));
   EXPECT_THAT(ErrorOf("5ms send E"), HasSubstr("not a time"));
   EXPECT_THAT(ErrorOf("inf send E"), HasSubstr("not a time"));
+}
+
+TEST(ParseScript, WindowVerbsReadTheirArguments) {
+  const auto events =
+      Parse("0 key 113 4\n1 key 45\n2 focus NameField\n3 field SRXField 599\n4 field NameField\n"
+            "5 resize 6000 1500\n6 minimize\n");
+  ASSERT_EQ(events.size(), 7u);
+  EXPECT_EQ(std::pair(events[0].first, events[0].second), std::pair(113, 4));
+  EXPECT_EQ(std::pair(events[1].first, events[1].second), std::pair(45, 0));
+  EXPECT_EQ(events[2].name, "NameField");
+  EXPECT_EQ(std::pair(events[3].name, events[3].argument), std::pair(std::string("SRXField"), std::string("599")));
+  EXPECT_EQ(events[4].argument, "");  // a field emptied
+  EXPECT_EQ(std::pair(events[5].first, events[5].second), std::pair(6000, 1500));
+}
+
+TEST(ParseScript, WindowVerbsRefuseWhatTheyCannotDo) {
+  EXPECT_THAT(ErrorOf("0 key F1\n"), HasSubstr("the key code must be a whole number from 1 to 255"));
+  EXPECT_THAT(ErrorOf("0 key 112 8\n"), HasSubstr("the shift state"));
+  EXPECT_THAT(ErrorOf("0 key 112 4 1\n"), HasSubstr("key takes CODE [SHIFT]"));
+  EXPECT_THAT(ErrorOf("0 focus sBar\n"), HasSubstr("unknown focus 'sBar'"));
+  EXPECT_THAT(ErrorOf("0 focus NameField now\n"), HasSubstr("a control's name only"));
+  EXPECT_THAT(ErrorOf("0 field CWTextBox CQ\n"), HasSubstr("unknown field 'CWTextBox'"));
+  EXPECT_THAT(ErrorOf("0 resize 6000\n"), HasSubstr("the height"));
+  EXPECT_THAT(ErrorOf("0 minimize now\n"), HasSubstr("minimize takes no argument"));
 }
 
 }  // namespace

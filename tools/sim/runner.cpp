@@ -10,6 +10,7 @@
 #include "platform/memory/memory_platform.h"
 #include "real_time.h"
 #include "settings/settings_store.h"
+#include "vb/vb.h"
 
 namespace vantrel::sim {
 namespace {
@@ -44,6 +45,11 @@ class Session {
   void Apply(const ScriptEvent& event);
 
  private:
+  platform::TextBox& Box(const std::string& name);
+  void KeyDown(int16_t keyCode, int16_t shift);
+  void TypeCharacter(unsigned char character);
+  void Resize(float width, float height);
+
   std::string Directory() const { return options_.directory.value_or(kMemoryDirectory); }
   // Real ports are named by links in the real configuration folder.
   std::string PortDirectory() const {
@@ -82,6 +88,58 @@ class Session {
   bool closed_ = false;
 };
 
+platform::TextBox& Session::Box(const std::string& name) {
+  if (name == "CallsignField") return p_.CallsignField;
+  if (name == "NameField") return p_.NameField;
+  if (name == "SRXField") return p_.SRXField;
+  return p_.CWTextBox;
+}
+
+// A key down reaches the handler of the control that has the focus.
+void Session::KeyDown(int16_t keyCode, int16_t shift) {
+  mainwindow::FrmVantrel& form = keyer_->form;
+  if (p_.focused == "CWTextBox") {
+    form.cwTextBox_KeyDown(keyCode, shift);
+  } else {
+    form.FieldKeyDown(keyCode, shift, p_.focused);
+  }
+}
+
+// One key that makes a character: key down with its key code, the key press,
+// and the character inserted where the caret stands unless it was dropped.
+void Session::TypeCharacter(unsigned char character) {
+  const auto upper = vb::UCaseAnsi(character);
+  const bool named = (upper >= 'A' && upper <= 'Z') || (upper >= '0' && upper <= '9') ||
+                     upper == ' ' || upper == '\r';
+  const std::string focused = p_.focused;
+  if (named) KeyDown(upper == '\r' ? 13 : upper, 0);
+  if (p_.focused != focused) return;  // the key moved the focus and went no further
+  int16_t keyAscii = character;
+  mainwindow::FrmVantrel& form = keyer_->form;
+  if (focused == "CWTextBox") {
+    form.cwTextBox_KeyPress(keyAscii);
+  } else if (focused == "CallsignField") {
+    form.CallsignField_KeyPress(keyAscii);
+  } else if (focused == "NameField") {
+    form.NameField_KeyPress(keyAscii);
+  }
+  if (keyAscii >= 32) Box(focused).SetSelText(std::string(1, static_cast<char>(keyAscii)));
+}
+
+// What docking does on a real window: the tool bar and the rows take its
+// width; then the window's resize event runs.
+void Session::Resize(float width, float height) {
+  p_.frmVantrel.SetWidth(width);
+  p_.frmVantrel.SetHeight(height);
+  for (platform::Placed* panel : {static_cast<platform::Placed*>(&p_.sBar),
+                                  static_cast<platform::Placed*>(&p_.ElasticOne1),
+                                  static_cast<platform::Placed*>(&p_.ElasticOne2),
+                                  static_cast<platform::Placed*>(&p_.ElasticOne3)}) {
+    panel->SetWidth(width);
+  }
+  keyer_->form.Form_Resize();
+}
+
 void Session::Apply(const ScriptEvent& event) {
   if (closed_) return;
   app::Vantrel& keyer = *keyer_;
@@ -93,6 +151,25 @@ void Session::Apply(const ScriptEvent& event) {
     p_.CWTextBox.SetSelStart(static_cast<int>(p_.CWTextBox.Text().size()));
     p_.CWTextBox.SetSelColor(keyer.cw.TextForeColor);
     p_.CWTextBox.SetSelText(event.argument);
+  } else if (event.verb == "type") {
+    for (const char character : event.argument) TypeCharacter(static_cast<unsigned char>(character));
+  } else if (event.verb == "key") {
+    KeyDown(static_cast<int16_t>(event.first), static_cast<int16_t>(event.second));
+  } else if (event.verb == "paste") {
+    p_.frmVantrel.clipboard = event.argument;
+    keyer.form.cwTextBox_MouseDown(2);
+    keyer.form.cwTextBox_MouseUp(2);
+  } else if (event.verb == "focus") {
+    Box(event.name).SetFocus();
+    if (event.name == "CWTextBox") keyer.form.cwTextBox_GotFocus();
+    if (event.name == "CallsignField") keyer.form.CallsignField_GotFocus();
+  } else if (event.verb == "field") {
+    Box(event.name).SetText(event.argument);
+  } else if (event.verb == "resize") {
+    Resize(static_cast<float>(event.first), static_cast<float>(event.second));
+  } else if (event.verb == "minimize") {
+    p_.frmVantrel.minimized = true;
+    keyer.form.Form_Resize();
   } else if (event.verb == "close") {
     bool cancel = false;
     keyer.form.Form_QueryUnload(cancel);

@@ -1,5 +1,6 @@
 #include "script.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -12,8 +13,19 @@ struct VerbInfo {
   const char* name;
   bool takesArgument;
 };
-constexpr std::array<VerbInfo, 5> kVerbs{
-    {{"send", true}, {"append", true}, {"menu", true}, {"close", false}, {"unplug", false}}};
+constexpr std::array<VerbInfo, 12> kVerbs{{{"send", true},
+                                          {"append", true},
+                                          {"type", true},
+                                          {"paste", true},
+                                          {"key", true},
+                                          {"focus", true},
+                                          {"field", true},
+                                          {"menu", true},
+                                          {"resize", true},
+                                          {"minimize", false},
+                                          {"close", false},
+                                          {"unplug", false}}};
+constexpr std::array<const char*, 4> kFocus{"CWTextBox", "CallsignField", "NameField", "SRXField"};
 constexpr std::array<const char*, 6> kMenus{"mnuTX",  "mnuabort", "mnuTune",
                                             "mnuVOX", "mnuMOX",   "mnuDedicatedSerialPort"};
 
@@ -31,6 +43,51 @@ int64_t ParseTime(const std::string& field, int line) {
     throw ScriptError(line, "'" + field + "' is not a time in ms");
   }
   return std::llround(ms * 1e6);
+}
+
+}  // namespace
+
+bool KnownFocus(const std::string& name) {
+  return std::find(kFocus.begin(), kFocus.end(), name) != kFocus.end();
+}
+
+namespace {
+
+// A whole number from `low` to `high`, or the line's error.
+int Number(const std::string& text, int low, int high, const ScriptEvent& event, const char* what) {
+  char* end = nullptr;
+  const long value = std::strtol(text.c_str(), &end, 10);
+  if (text.empty() || *end != '\0' || value < low || value > high) {
+    throw ScriptError(event.line, event.verb + ": " + what + " must be a whole number from " +
+                                      std::to_string(low) + " to " + std::to_string(high));
+  }
+  return static_cast<int>(value);
+}
+
+void ReadArguments(ScriptEvent& event) {
+  std::istringstream words(event.argument);
+  std::string a, b, rest;
+  if (event.verb == "key") {
+    words >> a >> b >> rest;
+    if (!rest.empty()) throw ScriptError(event.line, "key takes CODE [SHIFT]");
+    event.first = Number(a, 1, 255, event, "the key code");
+    event.second = b.empty() ? 0 : Number(b, 0, 7, event, "the shift state");
+  } else if (event.verb == "resize") {
+    words >> a >> b >> rest;
+    if (!rest.empty()) throw ScriptError(event.line, "resize takes WIDTH HEIGHT");
+    event.first = Number(a, 1, 100000, event, "the width");
+    event.second = Number(b, 1, 100000, event, "the height");
+  } else if (event.verb == "focus" || event.verb == "field") {
+    const auto blank = event.argument.find(' ');
+    event.name = event.argument.substr(0, blank);
+    event.argument = blank == std::string::npos ? "" : event.argument.substr(blank + 1);
+    const bool known = event.verb == "focus" ? KnownFocus(event.name)
+                                             : KnownFocus(event.name) && event.name != "CWTextBox";
+    if (!known) throw ScriptError(event.line, "unknown " + event.verb + " '" + event.name + "'");
+    if (event.verb == "focus" && !event.argument.empty()) {
+      throw ScriptError(event.line, "focus takes a control's name only");
+    }
+  }
 }
 
 }  // namespace
@@ -84,7 +141,7 @@ std::vector<ScriptEvent> ParseScript(std::istream& in) {
     std::string time;
     std::string verb;
     words >> time >> verb;
-    ScriptEvent event{ParseTime(time, line), verb, "", line};
+    ScriptEvent event{ParseTime(time, line), verb, "", line, "", 0, 0};
     if (event.atNs < last) throw ScriptError(line, "times must not go backwards");
     last = event.atNs;
 
@@ -98,6 +155,7 @@ std::vector<ScriptEvent> ParseScript(std::istream& in) {
     if (verb == "menu" && !KnownMenu(event.argument)) {
       throw ScriptError(line, "unknown menu entry '" + event.argument + "'");
     }
+    ReadArguments(event);
     events.push_back(std::move(event));
   }
   return events;

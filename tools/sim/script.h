@@ -14,6 +14,12 @@ struct ScriptEvent {
   std::string verb;
   std::string argument;  // TEXT arguments with their \xNN escapes resolved
   int line = 0;
+  // Arguments read off for the verbs that take a control's name or numbers:
+  // focus and field a name (field then its text in `argument`), key a code
+  // and a shift state, resize a width and a height in twips.
+  std::string name;
+  int first = 0;
+  int second = 0;
 };
 
 class ScriptError : public std::runtime_error {
@@ -26,6 +32,8 @@ class ScriptError : public std::runtime_error {
 bool KnownVerb(const std::string& verb, bool& takesArgument);
 // Menu entries that the "menu" verb can click.
 bool KnownMenu(const std::string& name);
+// The controls that "focus" and "field" name.
+bool KnownFocus(const std::string& name);
 
 std::vector<ScriptEvent> ParseScript(std::istream& in);
 // Resolves \xNN to the byte it names; other backslashes stay as they are.

@@ -11,6 +11,7 @@
 #include "platform/controls.h"
 #include "platform/memory/trace.h"
 #include "platform/window.h"
+#include "vb/vb.h"
 
 namespace vantrel::platform::memory {
 
@@ -204,7 +205,10 @@ class MemoryWindow : public Window {
   float Width() const override { return width_; }
   void SetTop(float twips) override { top_ = twips; }
   void SetLeft(float twips) override { left_ = twips; }
-  void SetHeight(float twips) override { height_ = twips; }
+  void SetHeight(float twips) override {
+    if (twips != height_) trace_.Emit("height " + vb::CStr(twips));
+    height_ = twips;
+  }
   void SetWidth(float twips) override { width_ = twips; }
   bool Minimized() const override { return minimized; }
   void SetTopmost(bool topmost) override {

@@ -63,6 +63,8 @@ struct MemoryPlatform {
   MemoryPictureBox PTTBox{trace, "pttbox"};
   MemoryTimer Timer1{queue};
   MemoryCommonDialog CommonDialog1{trace};
+  // The text control that has the keyboard.
+  std::string focused = "CWTextBox";
 
   MemoryParallelPort parallel{trace};
   MemorySerialPort cwControl{trace};
@@ -88,6 +90,10 @@ struct MemoryPlatform {
 
   // The window's design: what docking would give a window of design size.
   MemoryPlatform() {
+    for (auto [box, name] : {std::pair{&CWTextBox, "CWTextBox"}, std::pair{&CallsignField, "CallsignField"},
+                             std::pair{&NameField, "NameField"}, std::pair{&SRXField, "SRXField"}}) {
+      box->onFocus = [this, name] { focused = name; };
+    }
     sBar.SetVisible(false);
     SRXField.SetText("###");
     Place(sBar, 0, 0, 7125, 315);

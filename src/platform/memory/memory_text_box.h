@@ -46,6 +46,7 @@ class MemoryTextBox : public MemoryPlacedBase<MemoryControlBase<TextBox>> {
   void SetFocus() override {
     ++focused;
     trace_.Emit("focus " + name_);
+    if (onFocus) onFocus();
   }
 
   std::string fontName;
@@ -53,6 +54,7 @@ class MemoryTextBox : public MemoryPlacedBase<MemoryControlBase<TextBox>> {
   bool fontBold = false;
   bool fontItalic = false;
   int focused = 0;
+  std::function<void()> onFocus;
 
   Colour ColourAt(int offset) const { return colours_.at(offset); }
   Colour InsertColour() const { return insertColour_; }
