@@ -27,7 +27,14 @@ QtTextBox::QtTextBox(QTextEdit& edit, Colour initialColour)
   // that would only confuse the send loop.
   edit_.setUndoRedoEnabled(false);
   UseInsertColour(insertColour_);
-  lastText_ = Text();
+  lastText_ = DocumentText();
+  // A colour change is a contents change too, of the same length: only a
+  // change of the characters makes the text worth reading again, which keeps
+  // marking a long text cheap.
+  contentsChanged_ = QObject::connect(edit_.document(), &QTextDocument::contentsChange,
+                                      [this](int position, int removed, int added) {
+                                        NoteContentsChange(position, removed, added);
+                                      });
   textChanged_ = QObject::connect(&edit_, &QTextEdit::textChanged, [this] {
     if (editing_ == 0) TextMayHaveChanged();
   });
@@ -44,19 +51,39 @@ QtTextBox::QtTextBox(QTextEdit& edit, Colour initialColour)
 QtTextBox::~QtTextBox() {
   QObject::disconnect(textChanged_);
   QObject::disconnect(cursorMoved_);
+  QObject::disconnect(contentsChanged_);
 }
 
 // A change of colour alone also makes the widget say its text changed;
 // only a change of the characters counts.
+void QtTextBox::NoteContentsChange(int position, int removed, int added) {
+  if (charactersChanged_) return;
+  if (removed != added || position + added > static_cast<int>(lastText_.size())) {
+    charactersChanged_ = true;
+    return;
+  }
+  QTextCursor range(edit_.document());
+  range.setPosition(position);
+  range.setPosition(position + added, QTextCursor::KeepAnchor);
+  QString now = range.selectedText();
+  now.replace(QChar::ParagraphSeparator, u'\n');
+  now.replace(QChar::LineSeparator, u'\n');
+  charactersChanged_ = FromQString(now) != lastText_.substr(position, added);
+}
+
 void QtTextBox::TextMayHaveChanged() {
-  std::string now = Text();
+  if (!charactersChanged_) return;
+  charactersChanged_ = false;
+  std::string now = DocumentText();
   if (now == lastText_) return;
   lastText_ = std::move(now);
   if (onChange_) onChange_();
 }
 
+std::string QtTextBox::Text() const { return charactersChanged_ ? DocumentText() : lastText_; }
+
 // The raw text, as plain text would turn a no-break space (160) into a blank.
-std::string QtTextBox::Text() const {
+std::string QtTextBox::DocumentText() const {
   QString text = edit_.document()->toRawText();
   text.replace(QChar::ParagraphSeparator, u'\n');
   text.replace(QChar::LineSeparator, u'\n');

@@ -60,15 +60,23 @@ class QtTextBox : public QtPlacedBase<TextBox> {
   void SetCaret(QTextCursor cursor);
   void UseInsertColour(Colour colour);
   void TextMayHaveChanged();
+  // The document's text now, read afresh: the whole of it, so only when the
+  // characters may have changed.
+  std::string DocumentText() const;
+  void NoteContentsChange(int position, int removed, int added);
 
   QTextEdit& edit_;
   Colour insertColour_;
   Colour backColor_ = 0xFFFFFF;
+  // The text as of the last change reported; current unless `textChanged_`
+  // says the characters have changed since.
   std::string lastText_;
+  bool charactersChanged_ = false;
   int editing_ = 0;
   std::function<void()> onChange_;
   QMetaObject::Connection textChanged_;
   QMetaObject::Connection cursorMoved_;
+  QMetaObject::Connection contentsChanged_;
 };
 
 }  // namespace vantrel::platform::qt
