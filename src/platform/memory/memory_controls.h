@@ -46,7 +46,6 @@ class MemoryPlacedBase : public Interface {
   float left_ = 0, top_ = 0, width_ = 0, height_ = 0;
 };
 
-using MemoryControl = MemoryControlBase<Control>;
 using MemoryPlacedControl = MemoryPlacedBase<MemoryControlBase<PlacedControl>>;
 
 class MemoryMenuItem : public MemoryControlBase<MenuItem> {

@@ -72,8 +72,6 @@ class QtWithGeometry : public Base {
 template <typename Interface>
 using QtPlacedBase = QtWithGeometry<QtControlBase<Interface>>;
 
-using QtPlacedControl = QtPlacedBase<PlacedControl>;
-
 // The list of recent calls over a QComboBox. Choosing an entry by hand or by
 // index runs the click handler, once.
 class QtComboBox : public QtPlacedBase<ComboBox> {
