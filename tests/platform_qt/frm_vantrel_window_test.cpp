@@ -139,6 +139,39 @@ TEST_F(FrmVantrelWindowTest, CallFieldCapitalisesAndPageUpComesBackToTheBox) {
   EXPECT_TRUE(call.hasFocus());
 }
 
+TEST_F(FrmVantrelWindowTest, TabCyclesTheFieldsAndThePlaceholderComesBack) {
+  Start();
+  QTextEdit& call = window.CallsignField().edit();
+  QTextEdit& name = window.NameField().edit();
+  QTextEdit& srx = window.SRXField().edit();
+  call.setFocus();
+  QTest::keyClick(&call, Qt::Key_Tab);
+  EXPECT_TRUE(name.hasFocus());  // the number field is hidden
+  QTest::keyClick(&name, Qt::Key_Tab);
+  EXPECT_TRUE(call.hasFocus());
+  window.menu("mnuShowSRX").action().trigger();
+  QTest::keyClick(&call, Qt::Key_Tab);
+  EXPECT_TRUE(srx.hasFocus());
+
+  EXPECT_EQ(window.SRXField().Text(), "###");
+  QTest::keyClicks(&srx, "5");
+  EXPECT_EQ(window.SRXField().Text(), "5");
+  QTest::keyClick(&srx, Qt::Key_Backspace);
+  EXPECT_EQ(window.SRXField().Text(), "###");
+}
+
+TEST_F(FrmVantrelWindowTest, WithAllRowsHiddenTheWindowGoesDownTo1020AndNoLower) {
+  Start();
+  for (const char* row : {"mFkeys", "mSFkeys", "mAFkeys"}) window.menu(row).action().trigger();
+  platform::Window& frame = window.controls().frmVantrel;
+  frame.SetHeight(1020);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(frame.Height(), 1020);
+  frame.SetHeight(600);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(frame.Height(), 1020);
+}
+
 TEST_F(FrmVantrelWindowTest, RightClickPastesAtTheEndAndOnVoxSends) {
   Start();
   QGuiApplication::clipboard()->setText("E");

@@ -111,6 +111,9 @@ FrmVantrelWindow::FrmVantrelWindow() : window_(std::make_unique<MainWindowWidget
   auto* middle = new QWidget(central);
   elasticOne4_ = std::make_unique<QtDockedPanel>(*middle);
   auto* textEdit = new QTextEdit(middle);
+  // The resize rules set the window's least height, not the widgets' hints.
+  textEdit->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
+  middle->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
   auto* middleLayout = new QVBoxLayout(middle);
   // CWTextBox sits 15 twips, one pixel, inside its panel.
   middleLayout->setContentsMargins(1, 1, 1, 1);
@@ -227,6 +230,7 @@ void FrmVantrelWindow::BuildToolBar(QWidget& central) {
   cmbPrevious_ = std::make_unique<QtComboBox>(*combo);
   callsignField_ = std::make_unique<QtTextBox>(*NewField(*bar));
   srxField_ = std::make_unique<QtTextBox>(*NewField(*bar));
+  srxField_->SetText("###");  // as designed: no number yet
   nameField_ = std::make_unique<QtTextBox>(*NewField(*bar));
 
   Place(*keyBox_, 1200, 0, 375, 255);

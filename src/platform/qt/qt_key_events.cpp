@@ -62,22 +62,27 @@ KeyEvents::KeyEvents(QtTextBox& box, KeyHandlers handlers)
   box.edit().viewport()->installEventFilter(this);
 }
 
+// A key the key-down handler kept goes no further. A character comes back
+// from the key press: dropped, inserted as it came back, or, a control
+// character left alone (Backspace in a field), done by the widget itself.
 bool KeyEvents::Key(QKeyEvent& event) {
   int16_t keyCode = WindowsKeyCode(event);
   int16_t shift = WindowsShift(event);
   if (keyCode != 0 && handlers_.keyDown) handlers_.keyDown(keyCode, shift);
+  const bool kept = WindowsKeyCode(event) != 0 && keyCode == 0;
 
   // With ALT held a key makes no character, as on the keyer's home system.
   const QString text = (shift & 4) ? QString() : event.text();
-  if (!text.isEmpty() && text.at(0).unicode() <= 0xFF) {
-    int16_t keyAscii = static_cast<int16_t>(text.at(0).unicode());
-    if (handlers_.keyPress) handlers_.keyPress(keyAscii);
-    // Control characters insert nothing, as in the old control.
-    if (keyAscii >= 32) box_.SetSelText(std::string(1, static_cast<char>(keyAscii)));
+  if (text.isEmpty() || text.at(0).unicode() > 0xFF) return kept;
+  const auto typed = static_cast<int16_t>(text.at(0).unicode());
+  int16_t keyAscii = typed;
+  if (handlers_.keyPress) handlers_.keyPress(keyAscii);
+  if (kept || keyAscii == 0) return true;
+  if (keyAscii >= 32) {
+    box_.SetSelText(std::string(1, static_cast<char>(keyAscii)));
     return true;
   }
-  // A key the handler kept goes no further; the others (arrows, Delete) do.
-  return WindowsKeyCode(event) != 0 && keyCode == 0;
+  return keyAscii != typed;
 }
 
 bool KeyEvents::eventFilter(QObject* /*watched*/, QEvent* event) {
