@@ -126,6 +126,20 @@ TEST_F(FrmVantrelWindowTest, KeysTypedIntoTheWidgetGoToTheEndInCapitals) {
   EXPECT_TRUE(window.menu("mnuTX").Enabled());
 }
 
+TEST_F(FrmVantrelWindowTest, OnMoxTypingDuringAHoldResumesWithoutTx) {
+  keyer->store.LocateSettingsFile(kDirectory, "");
+  keyer->store.WriteSetting(settings::kMainSection, "Keying", "MOX");
+  Start();
+  QTextEdit& edit = window.CWTextBox().edit();
+  QTest::keyClicks(&edit, "e");
+  EXPECT_EQ(KeyEdges(), 0);  // waits for TX
+  window.menu("mnuTX").action().trigger();
+  EXPECT_EQ(KeyEdges(), 2);
+  EXPECT_TRUE(keyer->cw.WaitingForText);  // held open by Slow Typing
+  QTest::keyClicks(&edit, "t");
+  EXPECT_EQ(KeyEdges(), 4);
+}
+
 TEST_F(FrmVantrelWindowTest, CallFieldCapitalisesAndPageUpComesBackToTheBox) {
   Start();
   QTextEdit& call = window.CallsignField().edit();
