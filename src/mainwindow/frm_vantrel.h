@@ -126,6 +126,7 @@ class FrmVantrel {
   void ToggleShown(platform::MenuItem& entry, platform::Control& panel, const char* key);
   void TickSerialZero(platform::MenuItem& entry, const char* value);
   void ChooseTextFont();
+  bool EntryKeyDown(int16_t& KeyCode, platform::TextBox& pageTo);
   // The macro keys, alike in the box and the fields; 0 in KeyCode after either.
   bool FireHotKey(int16_t& KeyCode, int16_t Shift);
   void DispatchMacroKey(int16_t& KeyCode, int16_t Shift);

@@ -48,28 +48,32 @@ void FrmVantrel::DispatchMacroKey(int16_t& KeyCode, int16_t Shift) {
   KeyCode = 0;
 }
 
-void FrmVantrel::cwTextBox_KeyDown(int16_t& KeyCode, int16_t& Shift) {
+// The keys the box and the fields treat alike: Esc aborts, Page Up and Down
+// move to `pageTo`, INS stands for its stored key code. True when the key
+// has been dealt with.
+bool FrmVantrel::EntryKeyDown(int16_t& KeyCode, platform::TextBox& pageTo) {
   switch (KeyCode) {
-    case kEnter:
-    case kLineFeed:
-      KeyCode = 0;
-      break;
     case kEsc:
-      p_.macroLoop.CancelMacroLoop();
       core_.mnuabort_click();
       KeyCode = 0;
-      return;
-    case kInsert:
-      KeyCode = s_.window.InsertKeyCode;
-      break;
+      return true;
     case kPageUp:
     case kPageDown:
-      c_.CallsignField.SetFocus();
+      pageTo.SetFocus();
       KeyCode = 0;
-      return;
+      return true;
+    case kInsert:
+      KeyCode = s_.window.InsertKeyCode;
+      return false;
     default:
-      break;
+      return false;
   }
+}
+
+void FrmVantrel::cwTextBox_KeyDown(int16_t& KeyCode, int16_t& Shift) {
+  if (KeyCode == kEnter || KeyCode == kLineFeed) KeyCode = 0;
+  if (KeyCode == kEsc) p_.macroLoop.CancelMacroLoop();
+  if (EntryKeyDown(KeyCode, c_.CallsignField)) return;
   if (FireHotKey(KeyCode, Shift)) return;
   DispatchMacroKey(KeyCode, Shift);
   c_.CWTextBox.SetSelColor(cw_.TextForeColor);
@@ -120,37 +124,22 @@ void FrmVantrel::cwTextBox_MouseUp(int16_t Button) {
 void FrmVantrel::cwTextBox_GotFocus() { ActiveField = &c_.CWTextBox; }
 
 void FrmVantrel::FieldKeyDown(int16_t& KeyCode, int16_t& Shift, const std::string& FieldName) {
-  switch (KeyCode) {
-    case kTab: {
-      // SHIFT goes the same way round.
-      platform::TextBox* next = &c_.CallsignField;
-      bool toEnd = true;
-      if (FieldName == "CallsignField") {
-        next = c_.mnuShowSRX.Checked() ? &c_.SRXField : &c_.NameField;
-        toEnd = next == &c_.SRXField;
-      } else if (FieldName == "SRXField") {
-        next = &c_.NameField;
-      }
-      next->SetFocus();
-      if (toEnd) next->SetSelStart(static_cast<int>(next->Text().size()));
-      KeyCode = 0;
-      return;
+  if (KeyCode == kTab) {
+    // SHIFT goes the same way round.
+    platform::TextBox* next = &c_.CallsignField;
+    bool toEnd = true;
+    if (FieldName == "CallsignField") {
+      next = c_.mnuShowSRX.Checked() ? &c_.SRXField : &c_.NameField;
+      toEnd = next == &c_.SRXField;
+    } else if (FieldName == "SRXField") {
+      next = &c_.NameField;
     }
-    case kEsc:
-      core_.mnuabort_click();
-      KeyCode = 0;
-      return;
-    case kInsert:
-      KeyCode = s_.window.InsertKeyCode;
-      break;
-    case kPageUp:
-    case kPageDown:
-      c_.CWTextBox.SetFocus();
-      KeyCode = 0;
-      return;
-    default:
-      break;
+    next->SetFocus();
+    if (toEnd) next->SetSelStart(static_cast<int>(next->Text().size()));
+    KeyCode = 0;
+    return;
   }
+  if (EntryKeyDown(KeyCode, c_.CWTextBox)) return;
   if (FireHotKey(KeyCode, Shift)) return;
   DispatchMacroKey(KeyCode, Shift);
 }
