@@ -139,26 +139,6 @@ TEST_F(QtTextBoxTest, LatinOneCharactersCrossTheWidgetEdgeUnchanged) {
   EXPECT_EQ(box->Text(), "A?");
 }
 
-TEST_F(QtTextBoxTest, RedrawOffHoldsBackPainting) {
-  box->SetRedraw(false);
-  EXPECT_FALSE(edit->updatesEnabled());
-  box->SetRedraw(true);
-  EXPECT_TRUE(edit->updatesEnabled());
-}
-
-TEST_F(QtTextBoxTest, FontAndBackColourReadBackAsSet) {
-  box->SetFontName("DejaVu Sans Mono");
-  box->SetFontSize(12);
-  box->SetFontBold(true);
-  box->SetBackColor(0x00E3FCFC);
-  EXPECT_EQ(box->FontName(), "DejaVu Sans Mono");
-  EXPECT_FLOAT_EQ(box->FontSize(), 12);
-  EXPECT_TRUE(box->FontBold());
-  EXPECT_FALSE(box->FontItalic());
-  EXPECT_EQ(box->BackColor(), 0x00E3FCFC);
-  EXPECT_EQ(edit->palette().color(QPalette::Base), QColor(0xFC, 0xFC, 0xE3));
-}
-
 class QtTimerTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -183,19 +163,6 @@ TEST_F(QtTimerTest, IntervalZeroNeverFiresEvenEnabled) {
   EXPECT_EQ(fired, before);
 }
 
-TEST_F(QtTimerTest, DisabledTimerKeepsItsIntervalAndStaysQuiet) {
-  timer.SetInterval(5);
-  QTest::qWait(30);
-  EXPECT_EQ(fired, 0);
-  timer.SetEnabled(true);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return fired >= 1; }, 2000));
-  timer.SetEnabled(false);
-  const int before = fired;
-  QTest::qWait(30);
-  EXPECT_EQ(fired, before);
-  EXPECT_EQ(timer.Interval(), 5);
-}
-
 TEST(QtGeometry, TwipsReadBackAsSetAndFollowTheOperatorsResize) {
   testing::EnsureApplication();
   QWidget widget;
@@ -209,12 +176,6 @@ TEST(QtGeometry, TwipsReadBackAsSetAndFollowTheOperatorsResize) {
   EXPECT_EQ(widget.width(), qRound(3500 / perPixel));
   widget.resize(300, widget.height());
   EXPECT_FLOAT_EQ(geometry.Width(), static_cast<float>(300 * perPixel));
-}
-
-TEST(QtGeometry, ColoursAreWindowsRgbWithRedInTheLowByte) {
-  EXPECT_EQ(ToQColor(0x0000FF), QColor(255, 0, 0));
-  EXPECT_EQ(ToQColor(0x00C0C0C0), QColor(192, 192, 192));
-  EXPECT_EQ(FromQColor(QColor(1, 2, 3)), 0x030201);
 }
 
 TEST(QtWindowTest, RectangleReadsBackInTwipsAndTopmostIsAWindowFlag) {

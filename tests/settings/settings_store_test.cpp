@@ -138,19 +138,6 @@ INSTANTIATE_TEST_SUITE_P(
                       StampCase{{2026, 12, 31, 0, 0, 0}, "00:00:00 December 31, 2026"},
                       StampCase{{2028, 9, 9, 23, 59, 59}, "23:59:59 September 09, 2028"}));
 
-TEST_F(SettingsStoreTest, ReadsThroughTheCurrentSectionWhateverTheCase) {
-  SettingsStore& store = Start();
-  store.WriteSetting(kMainSection, "Sidetone", "ON");
-  store.WriteSetting(kMainSection, "WinKey Speed", "20");
-  store.WriteSetting(kKeyerSection, "WinKey Speed", "30");
-  ASSERT_EQ(store.SettingsSection, kMainSectionRead);
-  EXPECT_EQ(store.ReadSetting("SideTone", "OFF"), "ON");
-  EXPECT_EQ(store.ReadSetting("WinKey Speed", "0"), "20");
-  store.SettingsSection = kKeyerSection;
-  EXPECT_EQ(store.ReadSetting("winkey speed", "0"), "30");
-  EXPECT_EQ(store.ReadSetting("WPM", " 25 "), "25");
-}
-
 TEST_F(SettingsStoreTest, LongValueReadsBackAsItsFirst1999Characters) {
   SettingsStore& store = Start();
   std::string value(2500, 'E');
@@ -160,13 +147,6 @@ TEST_F(SettingsStoreTest, LongValueReadsBackAsItsFirst1999Characters) {
   EXPECT_EQ(store.ReadSetting("Macro #1", ""), value.substr(0, 1999));
   store.WriteSetting(kMainSection, "Macro #1", value.substr(0, 1999));
   EXPECT_EQ(store.ReadSetting("Macro #1", ""), value.substr(0, 1999));
-}
-
-TEST_F(SettingsStoreTest, LeadingBlanksAreNotReadBack) {
-  SettingsStore& store = Start();
-  store.WriteSetting(kMainSection, "PTT Delay", "   150");
-  EXPECT_EQ(store.ReadSetting("PTT Delay", "100"), "150");
-  EXPECT_NE(Contents("Vantrel.INI").find("PTT Delay=   150"), std::string::npos);
 }
 
 }  // namespace
