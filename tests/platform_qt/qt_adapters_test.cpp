@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QTest>
 #include <QTextEdit>
+#include <cstdlib>
 #include <memory>
 
 #include "platform/qt/qt_controls.h"
@@ -126,6 +127,65 @@ TEST_F(QtTextBoxTest, ChangeRunsOncePerChangeOfTheCharactersOnly) {
   EXPECT_EQ(caretSeen, 7);  // the handler sees the edit whole
   QTest::keyClicks(edit.get(), "AB");
   EXPECT_EQ(changes, 4);
+}
+
+// Pixels of the box that are mostly `colour`, as painted on screen.
+int PixelsOf(QTextEdit& edit, const QColor& colour) {
+  const QImage image = edit.viewport()->grab().toImage();
+  int count = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      const QColor pixel = image.pixelColor(x, y);
+      if (std::abs(pixel.red() - colour.red()) < 60 && std::abs(pixel.green() - colour.green()) < 60 &&
+          std::abs(pixel.blue() - colour.blue()) < 60) {
+        ++count;
+      }
+    }
+  }
+  return count;
+}
+
+TEST_F(QtTextBoxTest, TheColoursAreWhatTheScreenShows) {
+  QFont font = edit->font();
+  font.setPointSize(20);
+  font.setBold(true);
+  edit->setFont(font);
+  edit->resize(400, 200);
+  Append("WWW", kRed);
+  Append("MMM", kBlue);
+  const QColor red(255, 0, 0), blue(0, 0, 255);
+  EXPECT_GT(PixelsOf(*edit, red), 20);
+  EXPECT_GT(PixelsOf(*edit, blue), 20);
+  // Marked with redraw off, as the send loop marks: shown once it comes back.
+  box->SetRedraw(false);
+  box->SetSelStart(0);
+  box->SetSelLength(6);
+  box->SetSelColor(kBlue);
+  box->SetSelStart(6);
+  box->SetRedraw(true);
+  EXPECT_EQ(PixelsOf(*edit, red), 0);
+  // What the operator types takes the colour before the caret.
+  QTest::keyClicks(edit.get(), "WW");
+  EXPECT_EQ(PixelsOf(*edit, red), 0);
+  EXPECT_EQ(box->ColourAt(7), kBlue);
+  // A new background reaches behind the coloured text too.
+  box->SetBackColor(0x00FFFF);  // yellow
+  EXPECT_EQ(PixelsOf(*edit, Qt::white), 0);
+}
+
+TEST_F(QtTextBoxTest, RedrawOffHoldsTheCaretBackFromTheWidget) {
+  box->SetText("CQ TEST");
+  box->SetSelStart(7);
+  box->SetRedraw(false);
+  box->SetSelStart(3);
+  box->SetSelLength(4);
+  EXPECT_EQ(box->SelLength(), 4);
+  EXPECT_EQ(edit->textCursor().position(), 7);  // the operator sees no caret jump
+  box->SetSelText("DX");  // replaces the held selection, not the widget's
+  EXPECT_EQ(box->Text(), "CQ DX");
+  box->SetRedraw(true);
+  EXPECT_EQ(edit->textCursor().position(), 5);
+  EXPECT_FALSE(edit->textCursor().hasSelection());
 }
 
 TEST_F(QtTextBoxTest, LatinOneCharactersCrossTheWidgetEdgeUnchanged) {

@@ -12,8 +12,8 @@ void MemoryTextBox::Changed(const std::string& before) {
 
 void MemoryTextBox::SetText(const std::string& text) {
   const std::string before = text_;
+  colours_.Replace(0, static_cast<int>(text_.size()), static_cast<int>(text.size()), insertColour_);
   text_ = text;
-  colours_.assign(text_.size(), insertColour_);
   selStart_ = std::min(selStart_, static_cast<int>(text_.size()));
   selLength_ = 0;
   Changed(before);
@@ -21,7 +21,7 @@ void MemoryTextBox::SetText(const std::string& text) {
 
 void MemoryTextBox::SetSelStart(int start) {
   const int clamped = std::clamp(start, 0, static_cast<int>(text_.size()));
-  if (clamped != selStart_ && clamped > 0) insertColour_ = colours_[clamped - 1];
+  if (clamped != selStart_ && clamped > 0) insertColour_ = colours_.At(clamped - 1);
   selStart_ = clamped;
   selLength_ = 0;
 }
@@ -33,8 +33,7 @@ void MemoryTextBox::SetSelLength(int length) {
 void MemoryTextBox::SetSelText(const std::string& text) {
   const std::string before = text_;
   text_.replace(selStart_, selLength_, text);
-  colours_.erase(colours_.begin() + selStart_, colours_.begin() + selStart_ + selLength_);
-  colours_.insert(colours_.begin() + selStart_, text.size(), insertColour_);
+  colours_.Replace(selStart_, selLength_, static_cast<int>(text.size()), insertColour_);
   selStart_ += static_cast<int>(text.size());
   selLength_ = 0;
   Changed(before);
@@ -45,7 +44,7 @@ void MemoryTextBox::SetSelColor(Colour colour) {
     insertColour_ = colour;
     return;
   }
-  std::fill(colours_.begin() + selStart_, colours_.begin() + selStart_ + selLength_, colour);
+  colours_.Recolour(selStart_, selLength_, colour);
 }
 
 }  // namespace vantrel::platform::memory

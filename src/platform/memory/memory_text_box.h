@@ -3,11 +3,10 @@
 // selection and takes up the colour of the character before it.
 #pragma once
 
-#include <vector>
-
 #include "platform/memory/memory_controls.h"
 #include "platform/memory/trace.h"
 #include "platform/text_box.h"
+#include "platform/text_colours.h"
 
 namespace vantrel::platform::memory {
 
@@ -56,7 +55,7 @@ class MemoryTextBox : public MemoryPlacedBase<MemoryControlBase<TextBox>> {
   int focused = 0;
   std::function<void()> onFocus;
 
-  Colour ColourAt(int offset) const { return colours_.at(offset); }
+  Colour ColourAt(int offset) const { return colours_.At(offset); }
   Colour InsertColour() const { return insertColour_; }
   bool Redrawing() const { return redraw_; }
 
@@ -67,7 +66,7 @@ class MemoryTextBox : public MemoryPlacedBase<MemoryControlBase<TextBox>> {
   std::string name_;
   std::string changeEvent_;
   std::string text_;
-  std::vector<Colour> colours_;
+  TextColours colours_;
   Colour insertColour_;
   int selStart_ = 0;
   int selLength_ = 0;

@@ -1,6 +1,5 @@
 #include "platform/qt/qt_text_box.h"
 
-#include <QTextBlock>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <algorithm>
@@ -11,7 +10,9 @@ class QtTextBox::Edit {
  public:
   explicit Edit(QtTextBox& box) : box_(box) { ++box_.editing_; }
   ~Edit() {
-    if (--box_.editing_ == 0) box_.TextMayHaveChanged();
+    if (--box_.editing_ > 0) return;
+    if (box_.charactersChanged_) box_.ColoursChanged();
+    box_.TextMayHaveChanged();
   }
   Edit(const Edit&) = delete;
   Edit& operator=(const Edit&) = delete;
@@ -26,15 +27,12 @@ QtTextBox::QtTextBox(QTextEdit& edit, Colour initialColour)
   // The logic rewrites the text and its colours all the time; an undo of
   // that would only confuse the send loop.
   edit_.setUndoRedoEnabled(false);
-  UseInsertColour(insertColour_);
   lastText_ = DocumentText();
-  // A colour change is a contents change too, of the same length: only a
-  // change of the characters makes the text worth reading again, which keeps
-  // marking a long text cheap.
-  contentsChanged_ = QObject::connect(edit_.document(), &QTextDocument::contentsChange,
-                                      [this](int position, int removed, int added) {
-                                        NoteContentsChange(position, removed, added);
-                                      });
+  colours_.Replace(0, 0, Length(), insertColour_);
+  PaintColours();
+  contentsChanged_ = QObject::connect(
+      edit_.document(), &QTextDocument::contentsChange,
+      [this](int position, int removed, int) { NoteContentsChange(position, removed); });
   textChanged_ = QObject::connect(&edit_, &QTextEdit::textChanged, [this] {
     if (editing_ == 0) TextMayHaveChanged();
   });
@@ -43,7 +41,7 @@ QtTextBox::QtTextBox(QTextEdit& edit, Colour initialColour)
     if (editing_ > 0) return;
     const QTextCursor cursor = edit_.textCursor();
     if (!cursor.hasSelection() && cursor.position() > 0) {
-      UseInsertColour(ColourAt(cursor.position() - 1));
+      insertColour_ = ColourAt(cursor.position() - 1);
     }
   });
 }
@@ -54,21 +52,51 @@ QtTextBox::~QtTextBox() {
   QObject::disconnect(contentsChanged_);
 }
 
-// A change of colour alone also makes the widget say its text changed;
-// only a change of the characters counts.
-void QtTextBox::NoteContentsChange(int position, int removed, int added) {
-  if (charactersChanged_) return;
-  if (removed != added || position + added > static_cast<int>(lastText_.size())) {
-    charactersChanged_ = true;
-    return;
+// The document holds no formats, so whatever it reports is a change of the
+// characters; new ones take the colour of inserting, as typed ones do.
+void QtTextBox::NoteContentsChange(int position, int removed) {
+  charactersChanged_ = true;
+  const int before = colours_.Length();
+  const int after = Length();
+  // A change of the whole document counts its closing paragraph mark too.
+  position = std::min(position, before);
+  removed = std::min(removed, before - position);
+  colours_.Replace(position, removed, after - before + removed, insertColour_);
+  if (editing_ == 0) ColoursChanged();
+}
+
+void QtTextBox::PaintColours() {
+  QList<QTextEdit::ExtraSelection> pieces;
+  auto reuse = painted_.cbegin();
+  const auto add = [&](int start, int end, const QTextCharFormat& format) {
+    while (reuse != painted_.cend() && reuse->cursor.selectionStart() < start) ++reuse;
+    if (reuse != painted_.cend() && reuse->cursor.selectionStart() == start &&
+        reuse->cursor.selectionEnd() == end && reuse->format == format) {
+      pieces.append(*reuse);
+      return;
+    }
+    QTextEdit::ExtraSelection piece{QTextCursor(edit_.document()), format};
+    piece.cursor.setPosition(start);
+    piece.cursor.setPosition(end, QTextCursor::KeepAnchor);
+    pieces.append(piece);
+  };
+  // The widget leaves out a piece of text colour alone that touches one
+  // drawn before it; one with a background of its own is always drawn.
+  QTextCharFormat format;
+  format.setBackground(edit_.palette().color(QPalette::Base));
+  int start = 0;
+  for (const TextColours::Run& run : colours_.Runs()) {
+    format.setForeground(ToQColor(run.colour));
+    for (int at = start, end = start + run.length; at < end;) {
+      const int next = std::min(end, (at / kPiece + 1) * kPiece);
+      add(at, next, format);
+      at = next;
+    }
+    start += run.length;
   }
-  QTextCursor range(edit_.document());
-  range.setPosition(position);
-  range.setPosition(position + added, QTextCursor::KeepAnchor);
-  QString now = range.selectedText();
-  now.replace(QChar::ParagraphSeparator, u'\n');
-  now.replace(QChar::LineSeparator, u'\n');
-  charactersChanged_ = FromQString(now) != lastText_.substr(position, added);
+  painted_ = pieces;
+  coloursHeld_ = false;
+  edit_.setExtraSelections(pieces);
 }
 
 void QtTextBox::TextMayHaveChanged() {
@@ -92,14 +120,30 @@ std::string QtTextBox::DocumentText() const {
 
 int QtTextBox::Length() const { return edit_.document()->characterCount() - 1; }
 
-void QtTextBox::SetCaret(QTextCursor cursor) { edit_.setTextCursor(cursor); }
+QtTextBox::Span QtTextBox::Selection() const {
+  if (held_) return *held_;
+  const QTextCursor cursor = edit_.textCursor();
+  return {cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart()};
+}
 
-void QtTextBox::UseInsertColour(Colour colour) {
-  insertColour_ = colour;
-  QTextCharFormat format;
-  format.setForeground(ToQColor(colour));
-  // Typing takes the colour from here; with a selection it would recolour it.
-  if (!edit_.textCursor().hasSelection()) edit_.setCurrentCharFormat(format);
+void QtTextBox::Select(Span span) {
+  if (held_) {
+    *held_ = span;
+    return;
+  }
+  Edit edit(*this);
+  QTextCursor cursor = edit_.textCursor();
+  cursor.setPosition(span.start);
+  cursor.setPosition(span.start + span.length, QTextCursor::KeepAnchor);
+  edit_.setTextCursor(cursor);
+}
+
+void QtTextBox::ColoursChanged() {
+  if (held_) {
+    coloursHeld_ = true;
+  } else {
+    PaintColours();
+  }
 }
 
 void QtTextBox::SetText(const std::string& text) {
@@ -108,78 +152,63 @@ void QtTextBox::SetText(const std::string& text) {
   QTextCursor cursor(edit_.document());
   cursor.beginEditBlock();
   cursor.select(QTextCursor::Document);
-  QTextCharFormat format;
-  format.setForeground(ToQColor(insertColour_));
-  cursor.insertText(ToQString(text), format);
+  cursor.insertText(ToQString(text));
   cursor.endEditBlock();
-  cursor.setPosition(std::min(keep, Length()));
-  SetCaret(cursor);
-  UseInsertColour(insertColour_);
+  Select({std::min(keep, Length()), 0});
 }
 
-int QtTextBox::SelStart() const { return edit_.textCursor().selectionStart(); }
+int QtTextBox::SelStart() const { return Selection().start; }
 
-int QtTextBox::SelLength() const {
-  const QTextCursor cursor = edit_.textCursor();
-  return cursor.selectionEnd() - cursor.selectionStart();
-}
+int QtTextBox::SelLength() const { return Selection().length; }
 
 void QtTextBox::SetSelStart(int start) {
-  Edit edit(*this);
   const int clamped = std::clamp(start, 0, Length());
-  Colour colour = insertColour_;
-  if (clamped != SelStart() && clamped > 0) colour = ColourAt(clamped - 1);
-  QTextCursor cursor = edit_.textCursor();
-  cursor.setPosition(clamped);
-  SetCaret(cursor);
-  UseInsertColour(colour);
+  if (clamped != SelStart() && clamped > 0) insertColour_ = ColourAt(clamped - 1);
+  Select({clamped, 0});
 }
 
 void QtTextBox::SetSelLength(int length) {
-  Edit edit(*this);
   const int start = SelStart();
-  QTextCursor cursor = edit_.textCursor();
-  cursor.setPosition(start);
-  cursor.setPosition(start + std::clamp(length, 0, Length() - start), QTextCursor::KeepAnchor);
-  SetCaret(cursor);
+  Select({start, std::clamp(length, 0, Length() - start)});
 }
 
 void QtTextBox::SetSelText(const std::string& text) {
   Edit edit(*this);
-  QTextCursor cursor = edit_.textCursor();
-  const int start = cursor.selectionStart();
+  const Span selection = Selection();
+  QTextCursor cursor(edit_.document());
+  cursor.setPosition(selection.start);
+  cursor.setPosition(selection.start + selection.length, QTextCursor::KeepAnchor);
   cursor.beginEditBlock();
-  QTextCharFormat format;
-  format.setForeground(ToQColor(insertColour_));
-  cursor.insertText(ToQString(text), format);
+  cursor.insertText(ToQString(text));
   cursor.endEditBlock();
-  cursor.setPosition(start + static_cast<int>(text.size()));
-  SetCaret(cursor);
-  UseInsertColour(insertColour_);
+  Select({selection.start + static_cast<int>(text.size()), 0});
 }
 
 void QtTextBox::SetSelColor(Colour colour) {
-  QTextCursor cursor = edit_.textCursor();
-  if (!cursor.hasSelection()) {
-    UseInsertColour(colour);
+  const Span selection = Selection();
+  if (selection.length == 0) {
+    insertColour_ = colour;
     return;
   }
-  Edit edit(*this);
-  QTextCharFormat format;
-  format.setForeground(ToQColor(colour));
-  cursor.mergeCharFormat(format);
+  colours_.Recolour(selection.start, selection.length, colour);
+  ColoursChanged();
 }
 
-Colour QtTextBox::ColourAt(int offset) const {
-  QTextCursor cursor(edit_.document());
-  cursor.setPosition(offset);
-  cursor.setPosition(offset + 1, QTextCursor::KeepAnchor);
-  const QBrush brush = cursor.charFormat().foreground();
-  return brush.style() == Qt::NoBrush ? FromQColor(edit_.palette().color(QPalette::Text))
-                                      : FromQColor(brush.color());
-}
+Colour QtTextBox::ColourAt(int offset) const { return colours_.At(offset); }
 
-void QtTextBox::SetRedraw(bool on) { edit_.setUpdatesEnabled(on); }
+// With redraw off the widget is left alone: the caret and the colours wait
+// here, and reach it once when redraw comes back, as one repaint.
+void QtTextBox::SetRedraw(bool on) {
+  if (!on && !held_) {
+    held_ = Selection();
+  } else if (on && held_) {
+    const Span span = *held_;
+    held_.reset();
+    Select(span);
+    if (coloursHeld_) PaintColours();
+  }
+  edit_.setUpdatesEnabled(on);
+}
 
 void QtTextBox::Refresh() { edit_.viewport()->update(); }
 
@@ -188,6 +217,7 @@ void QtTextBox::SetBackColor(Colour colour) {
   QPalette palette = edit_.palette();
   palette.setColor(QPalette::Base, ToQColor(colour));
   edit_.setPalette(palette);
+  ColoursChanged();
 }
 
 std::string QtTextBox::FontName() const { return FromQString(edit_.font().family()); }

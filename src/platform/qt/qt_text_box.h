@@ -3,17 +3,23 @@
 // character before it; a colour set with nothing selected is the colour of
 // what is inserted next; OnChange runs once per change of the text, whoever
 // made it, and never for a change of colour alone.
+//
+// The document holds the characters only. Their colours are kept here and
+// painted over them as extra selections: a colour in the document's own
+// formats makes Qt lay the whole paragraph out again, which on a long
+// transmission costs more with every character marked.
 #pragma once
 
 #include <QMetaObject>
+#include <QTextEdit>
 #include <QTextCursor>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "platform/qt/qt_controls.h"
 #include "platform/text_box.h"
-
-class QTextEdit;
+#include "platform/text_colours.h"
 
 namespace vantrel::platform::qt {
 
@@ -56,20 +62,39 @@ class QtTextBox : public QtPlacedBase<TextBox> {
   // whole, so the handler sees the caret where the edit leaves it.
   class Edit;
 
+  struct Span {
+    int start;
+    int length;
+  };
+
   int Length() const;
-  void SetCaret(QTextCursor cursor);
-  void UseInsertColour(Colour colour);
+  Span Selection() const;
+  // Moves the caret without the operator's colour rule, which the logic's
+  // moves apply themselves.
+  void Select(Span span);
+  void ColoursChanged();
   void TextMayHaveChanged();
   // The document's text now, read afresh: the whole of it, so only when the
   // characters may have changed.
   std::string DocumentText() const;
-  void NoteContentsChange(int position, int removed, int added);
+  void NoteContentsChange(int position, int removed);
+  // Hands the colours to the widget in pieces that never cross a multiple
+  // of `kPiece`: a step of the marking changes a few short pieces, and the
+  // widget repaints only those. A piece whose place and colour stay is
+  // handed over as it was, so its cursor is not made again.
+  void PaintColours();
+  static constexpr int kPiece = 1024;
 
   QTextEdit& edit_;
   Colour insertColour_;
   Colour backColor_ = 0xFFFFFF;
-  // The text as of the last change reported; current unless `textChanged_`
-  // says the characters have changed since.
+  TextColours colours_;
+  QList<QTextEdit::ExtraSelection> painted_;
+  // The caret while redraw is off, and whether colours wait to be painted.
+  std::optional<Span> held_;
+  bool coloursHeld_ = false;
+  // The text as of the last change reported; current unless
+  // `charactersChanged_` says the characters have changed since.
   std::string lastText_;
   bool charactersChanged_ = false;
   int editing_ = 0;
