@@ -77,11 +77,14 @@ TEST_F(StartupShutdown, UnloadWithoutTheLoggerReleasesNothingAndGoesOn) {
 }
 
 TEST_F(StartupShutdown, LanguageTableRenamesTheMenusItHasStringsFor) {
-  // Controls are numbered in the window's order; mnuConfig is the sixth.
+  // Controls are numbered in the window's order; mnuConfig is the sixth,
+  // mnuVOX, deeper in the tree, the thirty-fifth.
   p.language.locale = 1053;
-  p.language.libraries["1053.DLL"] = {7, {{9506, "  Inst\xe4llningar\0 "}, {9501, "Box"}}};
+  p.language.libraries["1053.DLL"] = {
+      7, {{9506, "  Inst\xe4llningar\0 "}, {9501, "Box"}, {9535, "Auto"}}};
   keyer.form.Form_Load();
   EXPECT_EQ(p.mnuConfig.Caption(), "Inst\xe4llningar");
+  EXPECT_EQ(p.mnuVOX.Caption(), "Auto");
   EXPECT_EQ(p.mnuKeying.Caption(), "Keying");  // no string: the caption stays
 }
 

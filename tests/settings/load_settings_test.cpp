@@ -5,6 +5,7 @@
 #include <array>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -154,8 +155,7 @@ TEST_F(LoadSettingsTest, ExactValuesMatchOnlyInTheirOwnSpelling) {
   EXPECT_TRUE(cw.SidetoneEnabled);  // left alone, not turned off
 }
 
-using MP = platform::memory::MemoryPlatform;
-using Item = platform::memory::MemoryMenuItem MP::*;
+using Item = std::string_view;  // a menu entry's name
 
 // A key whose value ticks one of three menu items; `caption` is the window's after it, if it sets one.
 struct ChoiceCase {
@@ -174,29 +174,29 @@ class MenuChoice : public LoadSettingsTest, public ::testing::WithParamInterface
 TEST_P(MenuChoice, TicksExactlyOneItemOfItsGroup) {
   Load({{GetParam().key, GetParam().value}});
   for (Item item : GetParam().group) {
-    EXPECT_EQ((p.*item).Checked(), item == GetParam().ticked) << (p.*item).Caption();
+    EXPECT_EQ(p.menus.find(item)->second.Checked(), item == GetParam().ticked) << item;
   }
   EXPECT_EQ(p.frmVantrel.Caption(), GetParam().caption);
 }
 
-constexpr std::array<Item, 3> kKeyers{&MP::mnuWinKey, &MP::mnuWinKey2, &MP::mnuSoftwareKeyer};
-constexpr std::array<Item, 3> kZeros{&MP::mnuSend0as0, &MP::mnuSend0asT, &MP::mnuSend0asO};
+constexpr std::array<Item, 3> kKeyers{"mnuWinKey", "mnuWinKey2", "mnuSoftwareKeyer"};
+constexpr std::array<Item, 3> kZeros{"mnuSend0as0", "mnuSend0asT", "mnuSend0asO"};
 constexpr const char* kKeyer = "Keyer to Use";
 constexpr const char* kZero = "Serial # 0 preference";
 constexpr const char* kSoftware = "Vantrel - Software";
 
 INSTANTIATE_TEST_SUITE_P(
     Values, MenuChoice,
-    ::testing::Values(ChoiceCase{kKeyer, "WinKey", kKeyers, &MP::mnuWinKey, "Vantrel - WinKey"},
-                      ChoiceCase{kKeyer, "WinKey2", kKeyers, &MP::mnuWinKey2, "Vantrel - WinKey"},
-                      ChoiceCase{kKeyer, "Software", kKeyers, &MP::mnuSoftwareKeyer, kSoftware},
-                      ChoiceCase{kKeyer, "WINKEY2", kKeyers, &MP::mnuSoftwareKeyer, kSoftware},
-                      ChoiceCase{kZero, "0", kZeros, &MP::mnuSend0as0, kSoftware},
-                      ChoiceCase{kZero, "T", kZeros, &MP::mnuSend0asT, kSoftware},
-                      ChoiceCase{kZero, "O", kZeros, &MP::mnuSend0asO, kSoftware},
-                      ChoiceCase{kZero, "t", kZeros, &MP::mnuSend0asO, kSoftware},
-                      ChoiceCase{kZero, "zero", kZeros, &MP::mnuSend0asO, kSoftware},
-                      ChoiceCase{kZero, "", kZeros, &MP::mnuSend0asO, kSoftware}));
+    ::testing::Values(ChoiceCase{kKeyer, "WinKey", kKeyers, "mnuWinKey", "Vantrel - WinKey"},
+                      ChoiceCase{kKeyer, "WinKey2", kKeyers, "mnuWinKey2", "Vantrel - WinKey"},
+                      ChoiceCase{kKeyer, "Software", kKeyers, "mnuSoftwareKeyer", kSoftware},
+                      ChoiceCase{kKeyer, "WINKEY2", kKeyers, "mnuSoftwareKeyer", kSoftware},
+                      ChoiceCase{kZero, "0", kZeros, "mnuSend0as0", kSoftware},
+                      ChoiceCase{kZero, "T", kZeros, "mnuSend0asT", kSoftware},
+                      ChoiceCase{kZero, "O", kZeros, "mnuSend0asO", kSoftware},
+                      ChoiceCase{kZero, "t", kZeros, "mnuSend0asO", kSoftware},
+                      ChoiceCase{kZero, "zero", kZeros, "mnuSend0asO", kSoftware},
+                      ChoiceCase{kZero, "", kZeros, "mnuSend0asO", kSoftware}));
 
 struct PortCase {
   const char* value;

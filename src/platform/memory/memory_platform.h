@@ -2,6 +2,11 @@
 // in one trace: what the tests and the headless runner run the keyer on.
 #pragma once
 
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "platform/main_window_design.h"
 #include "platform/memory/event_queue.h"
 #include "platform/memory/memory_controls.h"
 #include "platform/memory/memory_link_channel.h"
@@ -32,31 +37,33 @@ struct MemoryPlatform {
   MemoryTextBox NameField{trace, 0, "NameField", "field NameField"};
   MemoryTextBox SRXField{trace, 0, "SRXField", "field SRXField"};
   MemoryComboBox cmbPrevious;
-  MemoryMenuItem mnuTX{trace, "mnuTX", "TX"};
-  MemoryMenuItem mnuAbort{trace, "mnuAbort", "Abort"};
-  MemoryMenuItem mnuConfig{trace, "mnuConfig", "Config"};
-  MemoryMenuItem mnuView{trace, "mnuView", "View"};
-  MemoryMenuItem mnuKeying{trace, "mnuKeying", "Keying"};
-  MemoryMenuItem mnuVOX{trace, "mnuVOX", "VOX"};
-  MemoryMenuItem mnuMOX{trace, "mnuMOX", "MOX"};
-  MemoryMenuItem mnuDedicatedSerialPort{trace, "mnuDedicatedSerialPort",
-                                        "Dedicated serial port open"};
-  MemoryMenuItem mnuWinKey{trace, "mnuWinKey", "WinKey"};
-  MemoryMenuItem mnuWinKey2{trace, "mnuWinKey2", "WinKey2"};
-  MemoryMenuItem mnuSoftwareKeyer{trace, "mnuSoftwareKeyer", "Software keyer"};
-  MemoryMenuItem mnuOnTop{trace, "mnuOnTop", "Always on top"};
-  MemoryMenuItem mFkeys{trace, "mFkeys", "F keys"};
-  MemoryMenuItem mAFkeys{trace, "mAFkeys", "ALT F keys"};
-  MemoryMenuItem mSFkeys{trace, "mSFkeys", "SHIFT F keys"};
-  MemoryMenuItem mnuShowCallsign{trace, "mnuShowCallsign", "Show callsign field"};
-  MemoryMenuItem mnuShowSRX{trace, "mnuShowSRX", "Show SRX field"};
-  MemoryMenuItem mnuSend0as0{trace, "mnuSend0as0", "Send 0 as 0"};
-  MemoryMenuItem mnuSend0asT{trace, "mnuSend0asT", "Send 0 as T"};
-  MemoryMenuItem mnuSend0asO{trace, "mnuSend0asO", "Send 0 as O"};
-  MemoryMenuItem mnuVersion{trace, "mnuVersion", "Version"};
+  // Every entry of the menu tree; the logic's are also reached by name.
+  std::map<std::string, MemoryMenuItem, std::less<>> menus = MenusOfTheTree(trace);
+  MemoryMenuItem& mnuTX = menus.at("mnuTX");
+  MemoryMenuItem& mnuAbort = menus.at("mnuAbort");
+  MemoryMenuItem& mnuConfig = menus.at("mnuConfig");
+  MemoryMenuItem& mnuView = menus.at("mnuView");
+  MemoryMenuItem& mnuKeying = menus.at("mnuKeying");
+  MemoryMenuItem& mnuVOX = menus.at("mnuVOX");
+  MemoryMenuItem& mnuMOX = menus.at("mnuMOX");
+  MemoryMenuItem& mnuDedicatedSerialPort = menus.at("mnuDedicatedSerialPort");
+  MemoryMenuItem& mnuWinKey = menus.at("mnuWinKey");
+  MemoryMenuItem& mnuWinKey2 = menus.at("mnuWinKey2");
+  MemoryMenuItem& mnuSoftwareKeyer = menus.at("mnuSoftwareKeyer");
+  MemoryMenuItem& mnuOnTop = menus.at("mnuOnTop");
+  MemoryMenuItem& mFkeys = menus.at("mFkeys");
+  MemoryMenuItem& mAFkeys = menus.at("mAFkeys");
+  MemoryMenuItem& mSFkeys = menus.at("mSFkeys");
+  MemoryMenuItem& mnuShowCallsign = menus.at("mnuShowCallsign");
+  MemoryMenuItem& mnuShowSRX = menus.at("mnuShowSRX");
+  MemoryMenuItem& mnuSend0as0 = menus.at("mnuSend0as0");
+  MemoryMenuItem& mnuSend0asT = menus.at("mnuSend0asT");
+  MemoryMenuItem& mnuSend0asO = menus.at("mnuSend0asO");
+  MemoryMenuItem& mnuVersion = menus.at("mnuVersion");
   MemoryPlacedControl ElasticOne1;
   MemoryPlacedControl ElasticOne2;
   MemoryPlacedControl ElasticOne3;
+  MemoryPlacedControl ElasticOne4;  // around the box: no logic reaches it
   MemoryButtonArray btnf;
   MemoryStatusPanel sBar{trace};
   MemoryPictureBox KeyBox{trace, "keybox"};
@@ -82,11 +89,7 @@ struct MemoryPlatform {
       mnuOnTop,    mFkeys,      mAFkeys,       mSFkeys,     mnuShowCallsign, mnuShowSRX,
       mnuSend0as0, mnuSend0asT, mnuSend0asO,   mnuVersion,  ElasticOne1, ElasticOne2,
       ElasticOne3, btnf,        sBar,          KeyBox,      PTTBox,    Timer1, CommonDialog1,
-      {&CWTextBox, &CallsignField, &NameField, &SRXField, &cmbPrevious, &mnuConfig,
-       &mnuKeying, &mnuVOX, &mnuMOX, &mnuDedicatedSerialPort, &mnuWinKey, &mnuWinKey2,
-       &mnuSoftwareKeyer, &mnuView, &mnuOnTop, &mFkeys, &mAFkeys, &mSFkeys, &mnuShowCallsign,
-       &mnuShowSRX, &mnuSend0as0, &mnuSend0asT, &mnuSend0asO, &mnuTX, &mnuAbort, &mnuVersion,
-       &ElasticOne1, &ElasticOne2, &ElasticOne3, &sBar}};
+      ControlOrder([this](std::string_view name) -> Control& { return Named(name); })};
 
   // The window's design: what docking would give a window of design size.
   MemoryPlatform() {
@@ -103,9 +106,30 @@ struct MemoryPlatform {
     Place(CallsignField, 3240, -10, 1095, 345);
     Place(SRXField, 4440, -15, 700, 345);
     Place(NameField, 5520, -15, 1095, 345);
+    Place(ElasticOne4, 0, 315, 7125, 2025);
     Place(ElasticOne3, 0, 2340, 7125, 270);
     Place(ElasticOne2, 0, 2610, 7125, 270);
     Place(ElasticOne1, 0, 2880, 7125, 270);
+  }
+
+  static std::map<std::string, MemoryMenuItem, std::less<>> MenusOfTheTree(Trace& trace) {
+    std::map<std::string, MemoryMenuItem, std::less<>> menus;
+    for (const MenuEntry& entry : kMenuTree) {
+      menus.try_emplace(entry.name, trace, entry.name, entry.caption);
+    }
+    return menus;
+  }
+
+  Control& Named(std::string_view name) {
+    const auto menu = menus.find(name);
+    if (menu != menus.end()) return menu->second;
+    const std::map<std::string_view, Control*> others{
+        {"CWTextBox", &CWTextBox},     {"CallsignField", &CallsignField},
+        {"NameField", &NameField},     {"SRXField", &SRXField},
+        {"cmbPrevious", &cmbPrevious}, {"ElasticOne1", &ElasticOne1},
+        {"ElasticOne2", &ElasticOne2}, {"ElasticOne3", &ElasticOne3},
+        {"ElasticOne4", &ElasticOne4}, {"sBar", &sBar}};
+    return *others.at(name);
   }
 
   static void Place(Placed& control, float left, float top, float width, float height) {

@@ -9,57 +9,13 @@
 #include <QPushButton>
 #include <QTextEdit>
 #include <QVBoxLayout>
+#include <map>
+#include <string_view>
+
+#include "platform/main_window_design.h"
 
 namespace vantrel::platform::qt {
 namespace {
-
-struct MenuEntry {
-  int depth;
-  const char* name;
-  const char* caption;  // "-" is a separator
-};
-
-// The menu tree in its order; an entry followed by a deeper one opens a submenu.
-constexpr MenuEntry kMenuTree[] = {
-    {0, "mnuConfig", "Config"},
-    {1, "mnuWinKey", "WinKey"},
-    {1, "mnuWinKey2", "WinKey2"},
-    {1, "mnuSoftwareKeyer", "Software"},
-    {1, "mnuNothing12", "-"},
-    {1, "mnuPort", "Keyer setup"},
-    {1, "mnuAppearance", "Appearance"},
-    {2, "mnuWPMColor", "WPM Color"},
-    {2, "mnutextfont", "Text font/color"},
-    {2, "mnutextbackcolor", "Text background color"},
-    {2, "mnutxtextcolor", "Transmitted text color"},
-    {2, "mnutxingtextcolor", "Transmitting text color"},
-    {2, "mnuLoopingBackColor", "Text background color (looping)"},
-    {2, "mnuNothing10", "-"},
-    {2, "mnuInsKey", "Assign INS key"},
-    {1, "mnuSerialNumPreferences", "Serial # preferences"},
-    {2, "mnuSend0as0", "Send 0 as 0"},
-    {2, "mnuSend0asT", "Send 0 as T"},
-    {2, "mnuSend0asO", "Send 0 as O"},
-    {0, "mnuView", "View"},
-    {1, "mFkeys", "Show F keys"},
-    {1, "mSFkeys", "Show ALT_F keys"},
-    {1, "mAFkeys", "Show CTL_F keys"},
-    {1, "mnuNothing11", "-"},
-    {1, "mnuOnTop", "Always on top"},
-    {1, "nothing22", "-"},
-    {1, "mnuShowCallsign", "Show tool bar"},
-    {1, "mnuShowSRX", "Show SRX field"},
-    {0, "mnuKeying", "Keying"},
-    {1, "mnuVOX", "Auto TX (VOX)"},
-    {1, "mnuMOX", "Manual TX (MOX)"},
-    {1, "mnuNothing20", "-"},
-    {1, "mnuDedicatedSerialPort", "Dedicated serial port open"},
-    {0, "mnuTX", "&TX"},
-    {0, "mnuAbort", "&Abort"},
-    {0, "mnuTune", "Tune"},
-    {0, "mnuVer", "Ver"},
-    {1, "mnuVersion", "Version"},
-};
 
 // The window's grey, &HC0C0C0.
 constexpr Colour kFormBackColor = 0xC0C0C0;
@@ -128,14 +84,16 @@ FrmVantrelWindow::FrmVantrelWindow() : window_(std::make_unique<MainWindowWidget
 
   commonDialog1_ = std::make_unique<QtCommonDialog>(*window_);
 
-  std::vector<Control*> order{cwTextBox_.get(), callsignField_.get(), nameField_.get(),
-                              srxField_.get(), cmbPrevious_.get()};
-  for (const std::string& name : menuOrder_) order.push_back(menus_.at(name).get());
-  for (Control* panel : std::initializer_list<Control*>{elasticOne1_.get(), elasticOne2_.get(),
-                                                        elasticOne3_.get(), elasticOne4_.get(),
-                                                        sBar_.get()}) {
-    order.push_back(panel);
-  }
+  const std::map<std::string_view, Control*> others{
+      {"CWTextBox", cwTextBox_.get()},     {"CallsignField", callsignField_.get()},
+      {"NameField", nameField_.get()},     {"SRXField", srxField_.get()},
+      {"cmbPrevious", cmbPrevious_.get()}, {"ElasticOne1", elasticOne1_.get()},
+      {"ElasticOne2", elasticOne2_.get()}, {"ElasticOne3", elasticOne3_.get()},
+      {"ElasticOne4", elasticOne4_.get()}, {"sBar", sBar_.get()}};
+  std::vector<Control*> order = ControlOrder([&](std::string_view name) -> Control& {
+    const auto found = menus_.find(name);
+    return found != menus_.end() ? *found->second : *others.at(name);
+  });
 
   controls_.reset(new MainWindowControls{
       .frmVantrel = *frmVantrel_,
@@ -208,7 +166,6 @@ void FrmVantrelWindow::BuildMenus() {
       action = parent ? parent->addAction(caption) : bar.addAction(caption);
     }
     menus_[entry.name] = std::make_unique<QtMenuItem>(*action, submenu);
-    menuOrder_.push_back(entry.name);
   }
 }
 

@@ -30,7 +30,6 @@ class FrmVantrelWindow {
 
   // Every menu entry by its name, separators included.
   QtMenuItem& menu(const std::string& name) { return *menus_.at(name); }
-  const std::vector<std::string>& menuNames() const { return menuOrder_; }
 
   QtTextBox& CWTextBox() { return *cwTextBox_; }
   QtTextBox& CallsignField() { return *callsignField_; }
@@ -49,8 +48,7 @@ class FrmVantrelWindow {
   std::unique_ptr<MainWindowWidget> window_;
   QtEventPump pump_;
   std::unique_ptr<QtWindow> frmVantrel_;
-  std::map<std::string, std::unique_ptr<QtMenuItem>> menus_;
-  std::vector<std::string> menuOrder_;
+  std::map<std::string, std::unique_ptr<QtMenuItem>, std::less<>> menus_;
   std::unique_ptr<QtTextBox> cwTextBox_, callsignField_, nameField_, srxField_;
   std::unique_ptr<QtComboBox> cmbPrevious_;
   std::unique_ptr<QtDockedPanel> elasticOne1_, elasticOne2_, elasticOne3_, elasticOne4_;
