@@ -4,9 +4,12 @@
 set -euo pipefail
 
 # qt6-base-dev brings Qt Widgets and Qt Test; xvfb and xauth run the window
-# for the screenshot (xvfb-run).
-packages=(gcc g++ cmake ninja-build libgtest-dev libgmock-dev
-  qt6-base-dev xvfb xauth)
+# for the screenshot (xvfb-run). PortAudio plays the sidetone; a PulseAudio
+# server with a null sink, reached through ALSA's pulse plugin, gives the
+# sound test a card to record from.
+packages=(gcc g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev
+  qt6-base-dev xvfb xauth portaudio19-dev pulseaudio pulseaudio-utils
+  libasound2-plugins)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -46,7 +46,7 @@ struct Rig {
   platform::memory::RecordingMacroLoop macroLoop{m.trace, window.CWTextBox()};
   app::Vantrel keyer{platform::Platform{window.controls(), m.clock, window.pump(), m.profile,
                                         m.wallClock, m.language, m.parallel, m.cwControl,
-                                        m.linkChannel, m.tone, m.link, m.winkey, macroLoop,
+                                        m.linkChannel, m.sound, m.link, m.winkey, macroLoop,
                                         m.calibration},
                      {"/bench", ""}};
   Rig() { m.trace.SetMuted(true); }

@@ -10,6 +10,7 @@
 #include "sending/cw_state.h"
 #include "sending/key_lines.h"
 #include "sending/sending_core.h"
+#include "sending/sidetone.h"
 #include "settings/settings_store.h"
 #include "winkey/winkey_settings.h"
 
@@ -20,11 +21,12 @@ class Vantrel {
   explicit Vantrel(const platform::Platform& p, mainwindow::StartupEnvironment environment = {})
       : store(p.profile, p.wallClock),
         lines(cw, p.controls, sending::LinePorts{p.parallel, p.cwControl, p.linkChannel, link}),
+        sidetone(cw, p.controls.CWTextBox, p.sound),
         core(cw, p.controls, p.scheduler, p.pump,
-             sending::SendingNeighbours{lines, winKeySettings, p.tone, p.link, p.winkey,
+             sending::SendingNeighbours{lines, winKeySettings, sidetone, p.link, p.winkey,
                                         p.macroLoop, p.calibration, store}),
         form(p, mainwindow::ProgramState{cw, window, macros, winKeySettings, link}, core, lines,
-             store, std::move(environment)) {}
+             sidetone, store, std::move(environment)) {}
 
   sending::CwState cw;
   mainwindow::MainWindowState window;
@@ -33,6 +35,7 @@ class Vantrel {
   loggerlink::LinkState link;
   settings::SettingsStore store;
   sending::KeyLineDriver lines;
+  sending::Sidetone sidetone;
   sending::SendingCore core;
   mainwindow::FrmVantrel form;
 };

@@ -14,6 +14,7 @@
 #include "platform/linux/line_safety.h"
 #include "platform/linux/linux_scheduler.h"
 #include "platform/linux/linux_system.h"
+#include "platform/linux/portaudio_sound.h"
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
 #include "platform/memory/memory_link_channel.h"
@@ -80,12 +81,12 @@ int main(int argc, char** argv) {
   linuxos::IniProfileFile profile;
   linuxos::LinuxWallClock wallClock;
   linuxos::LinuxLanguage language(configDir);
+  linuxos::PortAudioSoundSystem sound;
 
-  // Stand-ins until the sidetone, the logger link, WinKey, the macro loop and
+  // Stand-ins until the logger link, WinKey, the macro loop and
   // the speed calibration land: they do nothing and keep no record.
   memory::Trace nowhere{[] { return 0.0; }};
   nowhere.SetMuted(true);
-  memory::RecordingTone tone{nowhere};
   memory::RecordingLoggerLink link{nowhere};
   memory::RecordingWinKey winkey{nowhere};
   memory::RecordingMacroLoop macroLoop{nowhere, window.CWTextBox()};
@@ -94,7 +95,7 @@ int main(int argc, char** argv) {
 
   const vantrel::platform::Platform platform{
       window.controls(), scheduler, window.pump(), profile,     wallClock,
-      language,          parallel,  cwControl,     linkChannel, tone,
+      language,          parallel,  cwControl,     linkChannel, sound,
       link,              winkey,    macroLoop,     calibration};
   vantrel::app::Vantrel keyer(platform, {configDir, arguments.commandLine});
   vantrel::app::ConnectWindow(window, keyer);

@@ -26,13 +26,15 @@ std::string Trimmed(const std::string& text) {
 
 FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
                        sending::SendingCore& core, sending::KeyLineDriver& lines,
-                       settings::SettingsStore& store, StartupEnvironment environment)
+                       platform::ToneOutput& sidetone, settings::SettingsStore& store,
+                       StartupEnvironment environment)
     : p_(platform),
       c_(platform.controls),
       s_(state),
       cw_(state.cw),
       core_(core),
       lines_(lines),
+      sidetone_(sidetone),
       store_(store),
       environment_(std::move(environment)) {
   c_.CWTextBox.OnChange([this] { CWTextBox_Change(); });
@@ -93,7 +95,7 @@ void FrmVantrel::Form_Load() {
   settings::LoadSettings(store_, holders);
 
   if (c_.mnuSoftwareKeyer.Checked()) {
-    p_.tone.CreateSidetone();
+    sidetone_.CreateSidetone();
     lines_.OpenKeyerPort();
   } else {
     p_.winkey.OpenWinKeyPort();
@@ -157,7 +159,7 @@ void FrmVantrel::Form_Unload() {
     store_.WriteSetting(settings::kMainSection, "Height", vb::CStr(window.Height()));
     store_.WriteSetting(settings::kMainSection, "Width", vb::CStr(window.Width()));
   }
-  p_.tone.ReleaseSidetone();
+  sidetone_.ReleaseSidetone();
 }
 
 void FrmVantrel::Timer1_Timer() { p_.link.PollLink(); }

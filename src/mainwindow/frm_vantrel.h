@@ -39,8 +39,8 @@ class FrmVantrel {
   static constexpr const char* kLinkName = "CW";
 
   FrmVantrel(const platform::Platform& platform, ProgramState state, sending::SendingCore& core,
-             sending::KeyLineDriver& lines, settings::SettingsStore& store,
-             StartupEnvironment environment);
+             sending::KeyLineDriver& lines, platform::ToneOutput& sidetone,
+             settings::SettingsStore& store, StartupEnvironment environment);
 
   // Brings the keyer up in its fixed order.
   void Form_Load();
@@ -139,6 +139,7 @@ class FrmVantrel {
   sending::CwState& cw_;
   sending::SendingCore& core_;
   sending::KeyLineDriver& lines_;
+  platform::ToneOutput& sidetone_;
   settings::SettingsStore& store_;
   StartupEnvironment environment_;
 };

@@ -10,6 +10,7 @@
 #include "platform/ports.h"
 #include "platform/profile_file.h"
 #include "platform/scheduler.h"
+#include "platform/sound.h"
 #include "platform/wall_clock.h"
 
 namespace vantrel::platform {
@@ -24,7 +25,7 @@ struct Platform {
   ParallelPort& parallel;
   SerialPort& cwControl;
   LinkChannel& linkChannel;
-  ToneOutput& tone;
+  SoundSystem& sound;
   LoggerLink& link;
   WinKeyLink& winkey;
   MacroLoop& macroLoop;

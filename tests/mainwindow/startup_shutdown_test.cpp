@@ -25,12 +25,12 @@ TEST_F(StartupShutdown, FirstStartRunsInItsFixedOrder) {
   keyer.form.Form_Load();
   EXPECT_THAT(
       EventsStartingWith({"pointer", "setting", "menu mnuTX", "keybox", "pttbox",
-                          "menu mnuSoftwareKeyer", "caption", "sidetone", "lpt", "msgbox",
+                          "menu mnuSoftwareKeyer", "caption", "sound", "lpt", "msgbox",
                           "topmost"}),
       ElementsAre("pointer hourglass",
                   "setting \"Initialized\" \"Create Date/Time\" \"21:05:09 November 17, 2026\"",
                   "menu mnuTX disabled", "pttbox red", "keybox red", "menu mnuSoftwareKeyer checked",
-                  "caption \"Vantrel - Software\"", "sidetone created", "lpt 0B",
+                  "caption \"Vantrel - Software\"", "lpt 0B",  // the sidetone is off
                   // The hourglass goes before the box shows, and again at the end.
                   "pointer default",
                   "msgbox \"You can't get there from here\" \"OpenFileMapping API failed, is "
@@ -72,8 +72,7 @@ TEST_F(StartupShutdown, MappingWithoutAViewShowsTheSecondBox) {
 TEST_F(StartupShutdown, UnloadWithoutTheLoggerReleasesNothingAndGoesOn) {
   Start();
   keyer.form.Form_Unload();
-  EXPECT_THAT(EventsStartingWith({"unmap", "close", "sidetone"}),
-              ElementsAre("unmap 0", "close 0", "sidetone released"));
+  EXPECT_THAT(EventsStartingWith({"unmap", "close"}), ElementsAre("unmap 0", "close 0"));
 }
 
 TEST_F(StartupShutdown, LanguageTableRenamesTheMenusItHasStringsFor) {
@@ -124,9 +123,10 @@ TEST_F(StartupShutdown, CloseKeepsTheRectangleOnlyWhenNotMinimised) {
 TEST_F(StartupShutdown, WinKeyStartOpensTheChipNotTheSidetoneAndClosesItsHost) {
   keyer.store.LocateSettingsFile(kDirectory, "");
   keyer.store.WriteSetting("frmVantrel Settings", "Keyer to Use", "WinKey2");
+  keyer.store.WriteSetting("frmVantrel Settings", "SideTone", "ON");
   keyer.form.Form_Load();
   EXPECT_THAT(p.trace.Events(), Contains("winkey port opened"));
-  EXPECT_THAT(p.trace.Events(), Not(Contains("sidetone created")));
+  EXPECT_THAT(p.trace.Events(), Not(Contains("sound device")));
   p.winkey.open = true;
   keyer.form.Form_Unload();
   EXPECT_THAT(EventsStartingWith({"winkey 0"}), ElementsAre("winkey 00 03"));

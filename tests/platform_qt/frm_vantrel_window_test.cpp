@@ -32,7 +32,7 @@ class FrmVantrelWindowTest : public ::testing::Test {
     linkChannel.loggerRunning = true;
     keyer = std::make_unique<app::Vantrel>(
         Platform{window.controls(), clock, window.pump(), files, wallClock, language, parallel,
-                 cwControl, linkChannel, tone, link, winkey, macroLoop, calibration},
+                 cwControl, linkChannel, sound, link, winkey, macroLoop, calibration},
         mainwindow::StartupEnvironment{kDirectory, ""});
     app::ConnectWindow(window, *keyer);
   }
@@ -71,7 +71,7 @@ class FrmVantrelWindowTest : public ::testing::Test {
   memory::MemoryParallelPort parallel{trace};
   memory::MemorySerialPort cwControl{trace};
   memory::MemoryLinkChannel linkChannel{trace};
-  memory::RecordingTone tone{trace};
+  memory::MemorySoundSystem sound{trace};
   memory::RecordingLoggerLink link{trace};
   memory::RecordingWinKey winkey{trace};
   memory::RecordingCalibration calibration;

@@ -86,15 +86,17 @@ TEST_F(ElementTiming, SidetoneOffMeasuresItselfEvenWhenTheToneIsOff) {
   p.clock.SetReadCost(3'000);  // 3 us a reading
   core.SidetoneOff();
   EXPECT_EQ(cw.SidetoneOverhead.units, 30);  // 0.003 ms
-  EXPECT_TRUE(EventsStartingWith({"tone"}).empty());
+  EXPECT_TRUE(EventsStartingWith({"sound"}).empty());
 }
 
 TEST_F(ElementTiming, ToneStartsBeforeTheKeyClosesAndStopsAfterItOpens) {
   Start({{"Slow Typing", "OFF"}, {"SideTone", "ON"}});
   At(0, [&] { p.CWTextBox.SetText("E"); });
   Run();
-  EXPECT_EQ(EventsStartingWith({"tone", "key"}),
-            (std::vector<std::string>{"tone on", "keybox green", "keybox red", "tone off"}));
+  EXPECT_EQ(EventsStartingWith({"sound", "key"}),
+            (std::vector<std::string>{"sound play 1", "sound volume 0", "keybox green",
+                                      "keybox red", "sound volume -10000", "sound stop",
+                                      "sound position 0"}));
 }
 
 TEST_F(ElementTiming, WaitsOfTwentyMsOrLessNeverPumpEvents) {

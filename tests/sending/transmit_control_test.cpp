@@ -95,10 +95,11 @@ TEST_F(TransmitControl, TuneHoldsTheKeyWithoutLeadDelayAndAbortReleasesIt) {
   At(0, [&] { core.mnuTune_Click(); });
   At(3000, [&] { core.mnuabort_click(); });
   Run();
-  EXPECT_EQ(EventsStartingWith({"key", "ptt", "tone"}),
-            (std::vector<std::string>{"pttbox green", "keybox green", "tone on", "pttbox red",
+  EXPECT_EQ(EventsStartingWith({"key", "ptt", "sound volume"}),
+            (std::vector<std::string>{"pttbox green", "keybox green", "sound volume 0",
+                                      "pttbox red",
                                       "pttbox red",  // Tune's own end, from inside the Abort
-                                      "keybox red", "tone off"}));
+                                      "keybox red", "sound volume -10000"}));
   EXPECT_DOUBLE_EQ(TimesOf("keybox red").at(0), 3000);
   EXPECT_FALSE(cw.TuneActive);
   EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);

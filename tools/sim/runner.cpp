@@ -5,6 +5,7 @@
 #include "platform/linux/line_safety.h"
 #include "platform/linux/linux_scheduler.h"
 #include "platform/linux/linux_system.h"
+#include "platform/linux/portaudio_sound.h"
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
 #include "platform/memory/memory_platform.h"
@@ -27,6 +28,7 @@ struct RealSystem {
   platform::linuxos::LinuxScheduler scheduler{platform::linuxos::WaitMode::Sleep};
   platform::linuxos::PpdevParallelPort parallel;
   platform::linuxos::TermiosSerialPort serial;
+  platform::linuxos::PortAudioSoundSystem sound;
 };
 
 class Session {
@@ -68,13 +70,13 @@ class Session {
                                         : static_cast<platform::WallClock&>(p.wallClock);
     if (!real_) {
       return platform::Platform{p.controls, p.clock,     p.queue,       files,  calendar,
-                                p.language, p.parallel,  p.cwControl,   p.linkChannel, p.tone,
+                                p.language, p.parallel,  p.cwControl,   p.linkChannel, p.sound,
                                 p.link,     p.winkey,    p.macroLoop,   p.calibration};
     }
     p.queue.UseTime(real_->time);
     return platform::Platform{p.controls,  real_->scheduler, p.queue,      files,
                               calendar,    p.language,       real_->parallel, real_->serial,
-                              p.linkChannel, p.tone,         p.link,       p.winkey,
+                              p.linkChannel, real_->sound,    p.link,       p.winkey,
                               p.macroLoop, p.calibration};
   }
 

@@ -12,6 +12,7 @@
 #include "platform/memory/memory_link_channel.h"
 #include "platform/memory/memory_ports.h"
 #include "platform/memory/memory_profile_file.h"
+#include "platform/memory/memory_sound.h"
 #include "platform/memory/memory_system.h"
 #include "platform/memory/memory_text_box.h"
 #include "platform/memory/recording_neighbours.h"
@@ -76,7 +77,7 @@ struct MemoryPlatform {
   MemoryParallelPort parallel{trace};
   MemorySerialPort cwControl{trace};
   MemoryLinkChannel linkChannel{trace};
-  RecordingTone tone{trace};
+  MemorySoundSystem sound{trace};
   RecordingLoggerLink link{trace};
   RecordingWinKey winkey{trace};
   RecordingMacroLoop macroLoop{trace, CWTextBox};
@@ -141,7 +142,7 @@ struct MemoryPlatform {
 
   Platform platform() {
     return Platform{controls, clock,     queue,     profile, wallClock,
-                    language, parallel,  cwControl, linkChannel, tone,
+                    language, parallel,  cwControl, linkChannel, sound,
                     link,     winkey,    macroLoop, calibration};
   }
 };

@@ -11,18 +11,6 @@
 
 namespace vantrel::platform::memory {
 
-class RecordingTone : public ToneOutput {
- public:
-  explicit RecordingTone(Trace& trace) : trace_(trace) {}
-  void CreateSidetone() override { trace_.Emit("sidetone created"); }
-  void ReleaseSidetone() override { trace_.Emit("sidetone released"); }
-  void ToneOn() override { trace_.Emit("tone on"); }
-  void ToneOff() override { trace_.Emit("tone off"); }
-
- private:
-  Trace& trace_;
-};
-
 class RecordingLoggerLink : public LoggerLink {
  public:
   explicit RecordingLoggerLink(Trace& trace) : trace_(trace) {}
