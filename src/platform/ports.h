@@ -39,6 +39,11 @@ class SerialPort : public PortDevice {
   virtual void SetDTREnable(bool enable) = 0;
   virtual bool RTSEnable() const = 0;
   virtual void SetRTSEnable(bool enable) = 0;
+  // The data side, for a keyer chip on the port: how many bytes wait, all
+  // of them at once, and bytes out.
+  virtual int InBufferCount() = 0;
+  virtual std::string Input() = 0;
+  virtual void Output(const std::string& bytes) = 0;
 };
 
 }  // namespace vantrel::platform

@@ -160,6 +160,28 @@ TEST_F(TermiosSerialPortTest, FailingLineChangeClosesThePortAndReportsOnce) {
   EXPECT_EQ(port_->Error(), kNoLines);
 }
 
+// A chip's bytes in both directions, unchanged: raw mode keeps CR, NUL and
+// high bytes as they are.
+TEST_F(TermiosSerialPortTest, BytesPassBothWaysAsTheyAre) {
+  EXPECT_EQ(port_->InBufferCount(), 0);  // closed: nothing, no error
+  EXPECT_EQ(port_->Input(), "");
+  port_->SetPortOpen(true);
+  ASSERT_TRUE(port_->PortOpen()) << port_->Error();
+  const std::string toHost("\x0a\r\x00\xc4" "E", 5);
+  ASSERT_EQ(::write(master_, toHost.data(), toHost.size()), 5);
+  for (int tries = 0; tries < 100 && port_->InBufferCount() < 5; ++tries) ::usleep(1000);
+  EXPECT_EQ(port_->InBufferCount(), 5);
+  EXPECT_EQ(port_->Input(), toHost);
+  EXPECT_EQ(port_->Input(), "");  // all was taken
+  const std::string toChip("\x00\x02\x0f\xff\n", 5);
+  port_->Output(toChip);
+  EXPECT_EQ(port_->Error(), "");
+  char got[16] = {};
+  ssize_t n = 0;
+  for (int tries = 0; tries < 100 && n <= 0; ++tries, ::usleep(1000)) n = ::read(master_, got, sizeof got);
+  EXPECT_EQ(std::string(got, n > 0 ? static_cast<size_t>(n) : 0), toChip);
+}
+
 TEST_F(TermiosSerialPortTest, DestructorClosesTheDevice) {
   {
     TermiosSerialPort port(dir_);

@@ -1,6 +1,7 @@
 #include "platform/linux/termios_serial_port.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -73,14 +74,57 @@ void TermiosSerialPort::SetRTSEnable(bool enable) {
   if (PortOpen()) ChangeLines(enable ? TIOCMBIS : TIOCMBIC, TIOCM_RTS);
 }
 
+int TermiosSerialPort::InBufferCount() {
+  int waiting = 0;
+  if (fd_ < 0 || ::ioctl(fd_, FIONREAD, &waiting) != 0) return 0;
+  return waiting;
+}
+
+std::string TermiosSerialPort::Input() {
+  std::string bytes;
+  char chunk[256];
+  while (fd_ >= 0) {
+    const ssize_t got = ::read(fd_, chunk, sizeof chunk);
+    if (got > 0) {
+      bytes.append(chunk, static_cast<size_t>(got));
+    } else if (got < 0 && errno == EINTR) {
+      continue;
+    } else {
+      break;
+    }
+  }
+  return bytes;
+}
+
+void TermiosSerialPort::Output(const std::string& bytes) {
+  constexpr int kRoomWaitMs = 2000;  // 240 bytes at 1200 baud
+  size_t sent = 0;
+  while (fd_ >= 0 && sent < bytes.size()) {
+    const ssize_t put = ::write(fd_, bytes.data() + sent, bytes.size() - sent);
+    if (put > 0) {
+      sent += static_cast<size_t>(put);
+      continue;
+    }
+    if (put < 0 && errno == EINTR) continue;
+    if (put < 0 && errno == EAGAIN) {
+      pollfd room{fd_, POLLOUT, 0};
+      if (::poll(&room, 1, kRoomWaitMs) > 0) continue;
+      Fail("Write timed out");
+      return;
+    }
+    Fail(SystemText(errno));
+    return;
+  }
+}
+
 void TermiosSerialPort::Open() {
   const std::string path = resolve_ ? resolve_(number_) : std::string();
   if (path.empty()) {
     Fail("Invalid port number");
     return;
   }
-  // O_NONBLOCK: the open must not wait for a carrier. It stays set, since
-  // nothing is ever read or written.
+  // O_NONBLOCK: the open must not wait for a carrier, and a read finds only
+  // what is there.
   const int fd = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) {
     Fail(SystemText(errno));

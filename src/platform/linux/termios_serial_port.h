@@ -1,5 +1,6 @@
-// The serial port control on a Linux tty. The port carries no data for the
-// keyer, only two lines: DTR keys, RTS is the PTT.
+// The serial port control on a Linux tty. For the software keyer it carries
+// no data, only two lines: DTR keys, RTS is the PTT. A keyer chip on it
+// takes and sends bytes as well.
 #pragma once
 
 #include <cstdint>
@@ -36,6 +37,11 @@ class TermiosSerialPort final : public SerialPort {
   void SetDTREnable(bool enable) override;
   bool RTSEnable() const override { return rts_; }
   void SetRTSEnable(bool enable) override;
+  int InBufferCount() override;
+  std::string Input() override;
+  // Waits, briefly, for room in the driver; a port that takes nothing
+  // for that long fails.
+  void Output(const std::string& bytes) override;
 
   // The open descriptor, -1 while closed.
   int fd() const { return fd_; }

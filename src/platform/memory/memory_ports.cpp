@@ -65,4 +65,16 @@ void MemorySerialPort::SetLine(bool& line, bool value, const char* name) {
   line = value;
 }
 
+// Traced in hexadecimal, as a keyer chip would see it on the wire.
+void MemorySerialPort::Output(const std::string& bytes) {
+  if (!open_) return;
+  std::string line = "serial out";
+  char hex[4];
+  for (const char c : bytes) {
+    std::snprintf(hex, sizeof hex, " %02X", static_cast<unsigned char>(c));
+    line += hex;
+  }
+  trace_.Emit(line);
+}
+
 }  // namespace vantrel::platform::memory

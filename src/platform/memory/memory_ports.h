@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "platform/memory/trace.h"
 #include "platform/ports.h"
@@ -49,9 +50,14 @@ class MemorySerialPort : public SerialPort {
   void SetDTREnable(bool enable) override { SetLine(dtr_, enable, "dtr"); }
   bool RTSEnable() const override { return rts_; }
   void SetRTSEnable(bool enable) override { SetLine(rts_, enable, "rts"); }
+  int InBufferCount() override { return open_ ? static_cast<int>(incoming.size()) : 0; }
+  std::string Input() override { return open_ ? std::exchange(incoming, {}) : std::string(); }
+  void Output(const std::string& bytes) override;
   std::string Error() const override { return error_; }
   void ClearError() override { error_.clear(); }
 
+  // Bytes the device has sent and the keyer has not read.
+  std::string incoming;
   // The port numbers that have a device behind them.
   int16_t firstPresent = 1;
   int16_t lastPresent = 8;
