@@ -57,6 +57,7 @@ class StartMarker final : public platform::LoggerLink {
   }
   void LogContact() override {}
   void WriteLinkSlot(int16_t, const std::string&) override {}
+  void SendLinkCommand(const std::string&) override {}
 
   int64_t startNs = -1;
 

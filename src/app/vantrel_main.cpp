@@ -8,16 +8,18 @@
 #include <cstdio>
 #include <string>
 
+#include "app/link_window.h"
 #include "app/qt_connect.h"
 #include "app/vantrel.h"
+#include "loggerlink/logger_link.h"
 #include "platform/linux/ini_profile_file.h"
 #include "platform/linux/line_safety.h"
+#include "platform/linux/linux_link_channel.h"
 #include "platform/linux/linux_scheduler.h"
 #include "platform/linux/linux_system.h"
 #include "platform/linux/portaudio_sound.h"
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
-#include "platform/memory/memory_link_channel.h"
 #include "platform/memory/recording_neighbours.h"
 #include "platform/memory/trace.h"
 #include "platform/qt/frm_vantrel_window.h"
@@ -83,15 +85,15 @@ int main(int argc, char** argv) {
   linuxos::LinuxLanguage language(configDir);
   linuxos::PortAudioSoundSystem sound;
 
-  // Stand-ins until the logger link, WinKey, the macro loop and
-  // the speed calibration land: they do nothing and keep no record.
+  // Stand-ins until WinKey, the macro loop and the speed calibration land:
+  // they do nothing and keep no record.
   memory::Trace nowhere{[] { return 0.0; }};
   nowhere.SetMuted(true);
-  memory::RecordingLoggerLink link{nowhere};
   memory::RecordingWinKey winkey{nowhere};
   memory::RecordingMacroLoop macroLoop{nowhere, window.CWTextBox()};
   memory::RecordingCalibration calibration;
-  memory::MemoryLinkChannel linkChannel{nowhere};
+  linuxos::LinuxLinkChannel linkChannel;
+  vantrel::loggerlink::LoggerLinkLogic link{linkChannel, window.controls(), winkey};
 
   const vantrel::platform::Platform platform{
       window.controls(), scheduler, window.pump(), profile,     wallClock,
@@ -99,6 +101,18 @@ int main(int argc, char** argv) {
       link,              winkey,    macroLoop,     calibration};
   vantrel::app::Vantrel keyer(platform, {configDir, arguments.commandLine});
   vantrel::app::ConnectWindow(window, keyer);
+  // The logger's "Close" closes the window as the operator does; its window
+  // states are those of the window manager.
+  vantrel::app::FormLinkWindow linkWindow{
+      keyer.form, [&window] { window.widget().close(); },
+      [&window](int16_t state) {
+        if (state == 1) {
+          window.widget().showMinimized();
+        } else {
+          window.widget().showNormal();
+        }
+      }};
+  link.Attach(keyer.link, linkWindow);
 
   keyer.form.Form_Load();
   window.widget().show();

@@ -27,6 +27,8 @@ class LoggerLink {
   // Puts text into one slot of the shared block, cut to the slot's size.
   virtual void WriteLinkSlot(int16_t slot, const std::string& text) = 0;
   virtual void LogContact() = 0;
+  // A command to the logger in the name slot, then the post that says so.
+  virtual void SendLinkCommand(const std::string& text) = 0;
 };
 
 class WinKeyLink {
@@ -41,6 +43,8 @@ class WinKeyLink {
   virtual void OpenWinKeyPort() = 0;
   // Sends the host close if the chip is open.
   virtual void CloseWinKeyHost() = 0;
+  // The chip's key output to the radio the logger has made active.
+  virtual void SelectWinKeyRadio(int16_t activeRadio) = 0;
 };
 
 // The macros as the core and the window reach them: the loop that repeats

@@ -35,6 +35,8 @@ void KeyLineDriver::SharedRequest(int32_t base) {
   // The lParam points at a 32-bit zero: the logger reads nothing from it.
   ports_.link.SendMessage(ports_.linkState.LoggerWindow, ports_.linkState.LinkMessage,
                           base + cw_.SharedComNumber, 0);
+  // A logger that stopped answering has the key line: the transmission ends.
+  CheckLine(ports_.link);
 }
 
 void KeyLineDriver::SetKeyLine(int32_t request, platform::Picture picture) {

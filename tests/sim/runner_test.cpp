@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "loggerlink/logger_process.h"
 #include "runner.h"
 #include "script.h"
 #include "support/temp_folder.h"
@@ -202,6 +203,62 @@ TEST(Runner, AbortEndsAHold) {
   EXPECT_EQ(std::count(lines.begin(), ended, "160.000 post 900 0"), 0);  // held, not ended, by the slow typing
   EXPECT_EQ(CountOf(lines, "1000.000 pttbox red"), 1);
   EXPECT_EQ(CountOf(lines, "1000.000 text \"\""), 1);
+}
+
+}  // namespace
+}  // namespace vantrel::sim
+
+namespace vantrel::sim {
+namespace {
+
+// The logger's commands reach the keyer at the next poll of Timer1.
+TEST(RunnerLink, LoggerWritesAreReadAtTheNextPollAndCommandsRunOnce) {
+  RunOptions options;
+  options.logger = true;
+  const auto lines = RunScript(
+      "10 slot LinkCall W1AW\n"
+      "250 control Minimize\n"
+      "450 control Close\n"
+      "700 type E\n",
+      options);
+  EXPECT_THAT(lines, Contains("200.000 field CallsignField \"W1AW\""));
+  EXPECT_THAT(lines, Contains("200.000 slot 0 \"W1AW\""));
+  EXPECT_EQ(CountOf(lines, "400.000 window minimized"), 1);
+  // Closed at the poll at 600: what comes later is dropped.
+  EXPECT_THAT(lines, Contains("600.000 unmap 12291"));
+  EXPECT_THAT(lines, Not(Contains("700.000 text \"E\"")));
+}
+
+TEST(RunnerLink, WithoutALoggerTheLoggersWritesGoNowhere) {
+  const auto lines = RunScript("10 control Close\n500 close\n");
+  EXPECT_THAT(lines, Contains("500.000 unmap 0"));
+}
+
+}  // namespace
+}  // namespace vantrel::sim
+
+namespace vantrel::sim {
+namespace {
+
+// --link: the script's slot writes reach the logger's real memory, and the
+// keyer's posts its socket.
+TEST(RunnerLink, OnTheRealLinkTheLoggerSeesTheScriptAndTheKeyer) {
+  testing::TempFolder folder;
+  const std::string shm = "/vantrel-sim-test-" + std::to_string(::getpid());
+  testing::LoggerProcess logger(folder.path(), shm);
+  ::setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+  ::setenv("VANTREL_LINK_SHM", shm.c_str(), 1);
+  RunOptions options;
+  options.link = true;
+  options.settings = {{"Slow Typing", "OFF"}};
+  const auto lines = RunScript("0 slot LinkCall W1AW\n300 send E\n", options);
+  ::unsetenv("XDG_RUNTIME_DIR");
+  ::unsetenv("VANTREL_LINK_SHM");
+  EXPECT_THAT(lines, Contains("200.000 field CallsignField \"W1AW\""));
+  EXPECT_THAT(lines, Not(Contains(::testing::HasSubstr("msgbox"))));
+  EXPECT_EQ(logger.WaitFor("post 200 0 call \"W1AW\""), "post 200 0 call \"W1AW\" name \"\" srx \"###\"");
+  EXPECT_EQ(logger.WaitFor("post 900"), "post 900 1");
+  EXPECT_EQ(logger.WaitFor("post 900"), "post 900 0");
 }
 
 }  // namespace

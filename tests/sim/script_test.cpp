@@ -97,6 +97,15 @@ TEST(ParseScript, WindowVerbsRefuseWhatTheyCannotDo) {
   EXPECT_THAT(ErrorOf("0 field CWTextBox CQ\n"), HasSubstr("unknown field 'CWTextBox'"));
   EXPECT_THAT(ErrorOf("0 resize 6000\n"), HasSubstr("the height"));
   EXPECT_THAT(ErrorOf("0 minimize now\n"), HasSubstr("minimize takes no argument"));
+  EXPECT_THAT(ErrorOf("0 slot LinkFoo W1AW\n"), HasSubstr("unknown slot 'LinkFoo'"));
+  EXPECT_THAT(ErrorOf("0 control\n"), HasSubstr("control needs an argument"));
+}
+
+TEST(ParseScript, SlotNamesItsSlotByNumber) {
+  const auto events = Parse("0 slot LinkRadio 2\n1 slot LinkReceivedRST\n");
+  ASSERT_EQ(events.size(), 2u);
+  EXPECT_EQ(std::pair(events[0].first, events[0].argument), std::pair(7, std::string("2")));
+  EXPECT_EQ(std::pair(events[1].first, events[1].argument), std::pair(9, std::string("")));
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: vantrel-sim [--dir DIR] [--profile NAME] [--set \"KEY=VALUE\"]... [--language N]\n"
-    "                   [--until MS] [--real-time] [--quiet] SCRIPT|-\n"
+    "                   [--until MS] [--real-time] [--quiet] [--logger|--link] SCRIPT|-\n"
     "  --dir DIR        the configuration folder, its settings file read and written on disk\n"
     "                   (without it the settings live in memory)\n"
     "  --profile NAME   the keyer's command line: the settings file NAMEVantrel.INI\n"
@@ -22,6 +22,8 @@ constexpr const char* kUsage =
     "  --until MS       stop at this time\n"
     "  --real-time      the real clock and the configured real port, keyed as the keyer does\n"
     "  --quiet          print no trace (for measuring the port from outside)\n"
+    "  --logger         an in-memory logger runs; control and slot write its block\n"
+    "  --link           the logger's real shared memory and socket, not the in-memory logger\n"
     "  SCRIPT           lines of \"<ms> <verb> [args]\"; - reads standard input\n";
 
 [[noreturn]] void Fail(const std::string& message) {
@@ -60,6 +62,10 @@ int main(int argc, char** argv) {
       options.realTime = true;
     } else if (arg == "--quiet") {
       options.quiet = true;
+    } else if (arg == "--link") {
+      options.link = true;
+    } else if (arg == "--logger") {
+      options.logger = true;
     } else if (arg == "--language" && hasValue) {
       const long long id = Number(argv[++i], "--language");
       if (id < 0 || id > 32767) Fail("--language takes a number from 0 to 32767");

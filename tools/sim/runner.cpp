@@ -1,8 +1,11 @@
 #include "runner.h"
 
+#include "app/link_window.h"
 #include "app/vantrel.h"
+#include "loggerlink/logger_link.h"
 #include "platform/linux/ini_profile_file.h"
 #include "platform/linux/line_safety.h"
+#include "platform/linux/linux_link_channel.h"
 #include "platform/linux/linux_scheduler.h"
 #include "platform/linux/linux_system.h"
 #include "platform/linux/portaudio_sound.h"
@@ -37,8 +40,18 @@ class Session {
       : options_(options), p_(p) {
     if (options.realTime) real_.emplace(PortDirectory());
     if (options.directory) diskFiles_.emplace(disk_, p.trace);
+    if (options.link) realLink_.emplace();
+    p.linkChannel.loggerRunning = options.logger;
     p.language.languageId = options.languageId;
+    link_.emplace(Channel(), p.controls, p.winkey);
     keyer_.emplace(Platform(), mainwindow::StartupEnvironment{Directory(), options.profile});
+    linkWindow_.emplace(
+        keyer_->form, [this] { Close(); },
+        [this](int16_t state) {
+          p_.frmVantrel.minimized = state == 1;
+          p_.trace.Emit(state == 1 ? "window minimized" : "window normal");
+        });
+    link_->Attach(keyer_->link, *linkWindow_);
   }
 
   app::Vantrel& keyer() { return *keyer_; }
@@ -51,6 +64,14 @@ class Session {
   void KeyDown(int16_t keyCode, int16_t shift);
   void TypeCharacter(unsigned char character);
   void Resize(float width, float height);
+  void Close();
+  // The logger writes a slot: the text, a NUL, blanks to 64 bytes.
+  void LoggerWrites(loggerlink::LinkSlot slot, const std::string& text);
+
+  platform::LinkChannel& Channel() {
+    return realLink_ ? static_cast<platform::LinkChannel&>(*realLink_)
+                     : static_cast<platform::LinkChannel&>(p_.linkChannel);
+  }
 
   std::string Directory() const { return options_.directory.value_or(kMemoryDirectory); }
   // Real ports are named by links in the real configuration folder.
@@ -70,13 +91,13 @@ class Session {
                                         : static_cast<platform::WallClock&>(p.wallClock);
     if (!real_) {
       return platform::Platform{p.controls, p.clock,     p.queue,       files,  calendar,
-                                p.language, p.parallel,  p.cwControl,   p.linkChannel, p.sound,
-                                p.link,     p.winkey,    p.macroLoop,   p.calibration};
+                                p.language, p.parallel,  p.cwControl,   Channel(), p.sound,
+                                *link_,     p.winkey,    p.macroLoop,   p.calibration};
     }
     p.queue.UseTime(real_->time);
     return platform::Platform{p.controls,  real_->scheduler, p.queue,      files,
                               calendar,    p.language,       real_->parallel, real_->serial,
-                              p.linkChannel, real_->sound,    p.link,       p.winkey,
+                              Channel(),   real_->sound,     *link_,       p.winkey,
                               p.macroLoop, p.calibration};
   }
 
@@ -86,7 +107,10 @@ class Session {
   platform::linuxos::IniProfileFile disk_;
   std::optional<platform::memory::TracingProfileFile> diskFiles_;
   platform::linuxos::LinuxWallClock wallClock_;
+  std::optional<platform::linuxos::LinuxLinkChannel> realLink_;
+  std::optional<loggerlink::LoggerLinkLogic> link_;
   std::optional<app::Vantrel> keyer_;
+  std::optional<app::FormLinkWindow> linkWindow_;
   bool closed_ = false;
 };
 
@@ -142,6 +166,28 @@ void Session::Resize(float width, float height) {
   keyer_->form.Form_Resize();
 }
 
+void Session::Close() {
+  bool cancel = false;
+  keyer_->form.Form_QueryUnload(cancel);
+  if (!cancel) {
+    keyer_->form.Form_Unload();
+    closed_ = true;
+  }
+}
+
+void Session::LoggerWrites(loggerlink::LinkSlot slot, const std::string& text) {
+  std::string bytes = text;
+  if (bytes.size() < loggerlink::kSlotText) bytes.push_back('\0');
+  bytes.resize(loggerlink::kSlotText, ' ');
+  const auto offset = static_cast<int32_t>(slot) * loggerlink::kSlotSpacing;
+  if (realLink_) {
+    // Through the keyer's own view of the logger's memory, if it has one.
+    realLink_->WriteView(keyer_->link.LinkView, offset, bytes.data(), loggerlink::kSlotText);
+  } else {
+    p_.linkChannel.LoggerWrites(static_cast<int32_t>(slot), text);
+  }
+}
+
 void Session::Apply(const ScriptEvent& event) {
   if (closed_) return;
   app::Vantrel& keyer = *keyer_;
@@ -173,12 +219,11 @@ void Session::Apply(const ScriptEvent& event) {
     p_.frmVantrel.minimized = true;
     keyer.form.Form_Resize();
   } else if (event.verb == "close") {
-    bool cancel = false;
-    keyer.form.Form_QueryUnload(cancel);
-    if (!cancel) {
-      keyer.form.Form_Unload();
-      closed_ = true;
-    }
+    Close();
+  } else if (event.verb == "control") {
+    LoggerWrites(loggerlink::LinkSlot::LinkControl, event.argument);
+  } else if (event.verb == "slot") {
+    LoggerWrites(static_cast<loggerlink::LinkSlot>(event.first), event.argument);
   } else if (event.verb == "unplug") {
     if (real_) throw ScriptError(event.line, "unplug works on the in-memory ports only");
     p_.cwControl.Unplug();

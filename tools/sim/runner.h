@@ -26,6 +26,10 @@ struct RunOptions {
   bool realTime = false;
   // No trace at all: what a measurement of the port wants.
   bool quiet = false;
+  // The logger's real shared memory and socket instead of the in-memory logger.
+  bool link = false;
+  // An in-memory logger runs, with its block.
+  bool logger = false;
 };
 
 // Runs the events and hands each trace line to `out`.

@@ -13,7 +13,7 @@ struct VerbInfo {
   const char* name;
   bool takesArgument;
 };
-constexpr std::array<VerbInfo, 12> kVerbs{{{"send", true},
+constexpr std::array<VerbInfo, 14> kVerbs{{{"send", true},
                                           {"append", true},
                                           {"type", true},
                                           {"paste", true},
@@ -24,7 +24,13 @@ constexpr std::array<VerbInfo, 12> kVerbs{{{"send", true},
                                           {"resize", true},
                                           {"minimize", false},
                                           {"close", false},
-                                          {"unplug", false}}};
+                                          {"unplug", false},
+                                          {"control", true},
+                                          {"slot", true}}};
+// The logger's slots by their names, in slot order.
+constexpr std::array<const char*, 10> kSlots{"LinkCall",    "LinkName",  "LinkSerial", "LinkMyCall",
+                                             "LinkBand",    "LinkControl", "LinkSRX",  "LinkRadio",
+                                             "LinkSentRST", "LinkReceivedRST"};
 constexpr std::array<const char*, 4> kFocus{"CWTextBox", "CallsignField", "NameField", "SRXField"};
 constexpr std::array<const char*, 6> kMenus{"mnuTX",  "mnuabort", "mnuTune",
                                             "mnuVOX", "mnuMOX",   "mnuDedicatedSerialPort"};
@@ -87,6 +93,13 @@ void ReadArguments(ScriptEvent& event) {
     if (event.verb == "focus" && !event.argument.empty()) {
       throw ScriptError(event.line, "focus takes a control's name only");
     }
+  } else if (event.verb == "slot") {
+    const auto blank = event.argument.find(' ');
+    event.name = event.argument.substr(0, blank);
+    event.argument = blank == std::string::npos ? "" : event.argument.substr(blank + 1);
+    const auto known = std::find(kSlots.begin(), kSlots.end(), event.name);
+    if (known == kSlots.end()) throw ScriptError(event.line, "unknown slot '" + event.name + "'");
+    event.first = static_cast<int>(known - kSlots.begin());
   }
 }
 

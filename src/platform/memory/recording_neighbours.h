@@ -22,6 +22,10 @@ class RecordingLoggerLink : public LoggerLink {
   void WriteLinkSlot(int16_t slot, const std::string& text) override {
     trace_.Emit("slot " + std::to_string(slot) + " " + Trace::Quote(text));
   }
+  void SendLinkCommand(const std::string& text) override {
+    WriteLinkSlot(1, text);
+    PostLink(200, 0);
+  }
 
   int polls = 0;
   int contactsLogged = 0;
@@ -39,6 +43,9 @@ class RecordingWinKey : public WinKeyLink {
   void StartWinKeyRun() override { ++runsStarted; }
   void OpenWinKeyPort() override { trace_.Emit("winkey port opened"); }
   void CloseWinKeyHost() override;
+  void SelectWinKeyRadio(int16_t activeRadio) override {
+    trace_.Emit("winkey radio " + std::to_string(activeRadio));
+  }
 
   bool open = false;
   bool portOpen = false;

@@ -1,0 +1,62 @@
+// The logger link: the shared block read by polling, slots written back,
+// events posted, and the commands the logger leaves in its control slot.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "loggerlink/link_state.h"
+#include "platform/link_channel.h"
+#include "platform/main_window_controls.h"
+#include "platform/neighbours.h"
+
+namespace vantrel::loggerlink {
+
+// What the logger's commands do to the main window, which the front end
+// that owns the window provides.
+class LinkWindow {
+ public:
+  virtual ~LinkWindow() = default;
+  virtual void cwTextBox_KeyDown(int16_t& KeyCode, int16_t& Shift) = 0;
+  virtual void RememberCallsign() = 0;
+  // Unloads the window as if the operator had closed it.
+  virtual void Unload() = 0;
+  // 0 normal, 1 minimized.
+  virtual void SetWindowState(int16_t state) = 0;
+};
+
+inline constexpr int32_t kLogContact = 100;
+inline constexpr int32_t kSlotChanged = 200;
+
+// Turns a number from the control slot into the key it stands for; false
+// when the number is no key the logger may press.
+bool LinkKey(double v, int16_t& KeyCode, int16_t& Shift);
+
+class LoggerLinkLogic : public platform::LoggerLink {
+ public:
+  LoggerLinkLogic(platform::LinkChannel& channel, platform::MainWindowControls& controls,
+                  platform::WinKeyLink& winkey)
+      : channel_(channel), c_(controls), winkey_(winkey) {}
+
+  // The handles start-up finds, and the window the commands act on; until
+  // then the link does nothing.
+  void Attach(LinkState& state, LinkWindow& window);
+
+  void PollLink() override;
+  void PostLink(int32_t code, int32_t value) override;
+  void WriteLinkSlot(int16_t slot, const std::string& text) override;
+  void LogContact() override;
+  void SendLinkCommand(const std::string& text) override;
+
+ private:
+  void ShowInField(platform::TextBox& field, const std::string& text);
+  void ActOnCommand(const std::string& command);
+
+  platform::LinkChannel& channel_;
+  platform::MainWindowControls& c_;
+  platform::WinKeyLink& winkey_;
+  LinkState* s_ = nullptr;
+  LinkWindow* window_ = nullptr;
+};
+
+}  // namespace vantrel::loggerlink
