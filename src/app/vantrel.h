@@ -3,6 +3,7 @@
 #pragma once
 
 #include "loggerlink/link_state.h"
+#include "macros/m_macros.h"
 #include "macros/macro_state.h"
 #include "mainwindow/frm_vantrel.h"
 #include "mainwindow/main_window_state.h"
@@ -22,9 +23,12 @@ class Vantrel {
         lines(cw, p.controls, sending::LinePorts{p.parallel, p.cwControl, p.linkChannel, link}),
         core(cw, p.controls, p.scheduler, p.pump,
              sending::SendingNeighbours{lines, winKeySettings, p.tone, p.link, p.winkey,
-                                        p.macroLoop, p.calibration, store}),
+                                        mMacros, p.calibration, store}),
         form(p, mainwindow::ProgramState{cw, window, macros, winKeySettings, link}, core, lines,
-             store, std::move(environment)) {}
+             store, mMacros, std::move(environment)),
+        mMacros(macros::MacroNeighbours{cw, macros, window, winKeySettings, link, p.controls, core,
+                                        lines, p.link, p.winkey, p.macroEditor, store,
+                                        form.ActiveField}) {}
 
   sending::CwState cw;
   mainwindow::MainWindowState window;
@@ -35,6 +39,9 @@ class Vantrel {
   sending::KeyLineDriver lines;
   sending::SendingCore core;
   mainwindow::FrmVantrel form;
+  // Built last: the core and the window hold it from the start but call it
+  // only once events run.
+  macros::MMacros mMacros;
 };
 
 }  // namespace vantrel::app

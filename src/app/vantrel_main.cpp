@@ -81,21 +81,21 @@ int main(int argc, char** argv) {
   linuxos::LinuxWallClock wallClock;
   linuxos::LinuxLanguage language(configDir);
 
-  // Stand-ins until the sidetone, the logger link, WinKey, the macro loop and
-  // the speed calibration land: they do nothing and keep no record.
+  // Stand-ins until the sidetone, the logger link, WinKey, the macro editor
+  // and the speed calibration land: they do nothing and keep no record.
   memory::Trace nowhere{[] { return 0.0; }};
   nowhere.SetMuted(true);
   memory::RecordingTone tone{nowhere};
   memory::RecordingLoggerLink link{nowhere};
   memory::RecordingWinKey winkey{nowhere};
-  memory::RecordingMacroLoop macroLoop{nowhere, window.CWTextBox()};
+  memory::RecordingMacroEditor macroEditor{nowhere};
   memory::RecordingCalibration calibration;
   memory::MemoryLinkChannel linkChannel{nowhere};
 
   const vantrel::platform::Platform platform{
       window.controls(), scheduler, window.pump(), profile,     wallClock,
       language,          parallel,  cwControl,     linkChannel, tone,
-      link,              winkey,    macroLoop,     calibration};
+      link,              winkey,    macroEditor,   calibration};
   vantrel::app::Vantrel keyer(platform, {configDir, arguments.commandLine});
   vantrel::app::ConnectWindow(window, keyer);
 

@@ -26,7 +26,8 @@ std::string Trimmed(const std::string& text) {
 
 FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
                        sending::SendingCore& core, sending::KeyLineDriver& lines,
-                       settings::SettingsStore& store, StartupEnvironment environment)
+                       settings::SettingsStore& store, platform::MacroLoop& macroLoop,
+                       StartupEnvironment environment)
     : p_(platform),
       c_(platform.controls),
       s_(state),
@@ -34,6 +35,7 @@ FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
       core_(core),
       lines_(lines),
       store_(store),
+      macroLoop_(macroLoop),
       environment_(std::move(environment)) {
   c_.CWTextBox.OnChange([this] { CWTextBox_Change(); });
   c_.Timer1.OnTimer([this] { Timer1_Timer(); });

@@ -40,7 +40,7 @@ class FrmVantrel {
 
   FrmVantrel(const platform::Platform& platform, ProgramState state, sending::SendingCore& core,
              sending::KeyLineDriver& lines, settings::SettingsStore& store,
-             StartupEnvironment environment);
+             platform::MacroLoop& macroLoop, StartupEnvironment environment);
 
   // Brings the keyer up in its fixed order.
   void Form_Load();
@@ -140,6 +140,7 @@ class FrmVantrel {
   sending::SendingCore& core_;
   sending::KeyLineDriver& lines_;
   settings::SettingsStore& store_;
+  platform::MacroLoop& macroLoop_;
   StartupEnvironment environment_;
 };
 

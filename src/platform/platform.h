@@ -27,7 +27,7 @@ struct Platform {
   ToneOutput& tone;
   LoggerLink& link;
   WinKeyLink& winkey;
-  MacroLoop& macroLoop;
+  MacroEditor& macroEditor;
   SpeedCalibration& calibration;
 };
 

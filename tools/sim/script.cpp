@@ -13,7 +13,7 @@ struct VerbInfo {
   const char* name;
   bool takesArgument;
 };
-constexpr std::array<VerbInfo, 12> kVerbs{{{"send", true},
+constexpr std::array<VerbInfo, 16> kVerbs{{{"send", true},
                                           {"append", true},
                                           {"type", true},
                                           {"paste", true},
@@ -24,8 +24,16 @@ constexpr std::array<VerbInfo, 12> kVerbs{{{"send", true},
                                           {"resize", true},
                                           {"minimize", false},
                                           {"close", false},
-                                          {"unplug", false}}};
+                                          {"unplug", false},
+                                          {"button", true},
+                                          {"macro", true},
+                                          {"slot", true},
+                                          {"wait", false}}};
 constexpr std::array<const char*, 4> kFocus{"CWTextBox", "CallsignField", "NameField", "SRXField"};
+// The slots of the logger's shared block, in their order.
+constexpr std::array<const char*, 10> kSlots{"LinkCall",    "LinkName",  "LinkSerial", "LinkMyCall",
+                                             "LinkBand",    "LinkControl", "LinkSRX", "LinkRadio",
+                                             "LinkSentRST", "LinkReceivedRST"};
 constexpr std::array<const char*, 6> kMenus{"mnuTX",  "mnuabort", "mnuTune",
                                             "mnuVOX", "mnuMOX",   "mnuDedicatedSerialPort"};
 
@@ -77,6 +85,22 @@ void ReadArguments(ScriptEvent& event) {
     if (!rest.empty()) throw ScriptError(event.line, "resize takes WIDTH HEIGHT");
     event.first = Number(a, 1, 100000, event, "the width");
     event.second = Number(b, 1, 100000, event, "the height");
+  } else if (event.verb == "button") {
+    words >> a >> rest;
+    if (!rest.empty()) throw ScriptError(event.line, "button takes N");
+    event.first = Number(a, 1, 36, event, "the button");
+  } else if (event.verb == "macro" || event.verb == "slot") {
+    // The name or number, then the text after one blank, blanks and all.
+    const auto blank = event.argument.find(' ');
+    event.name = event.argument.substr(0, blank);
+    event.argument = blank == std::string::npos ? "" : event.argument.substr(blank + 1);
+    if (event.verb == "macro") {
+      event.first = Number(event.name, 1, 36, event, "the macro");
+    } else {
+      const auto slot = std::find(kSlots.begin(), kSlots.end(), event.name);
+      if (slot == kSlots.end()) throw ScriptError(event.line, "unknown slot '" + event.name + "'");
+      event.first = static_cast<int>(slot - kSlots.begin());
+    }
   } else if (event.verb == "focus" || event.verb == "field") {
     const auto blank = event.argument.find(' ');
     event.name = event.argument.substr(0, blank);
