@@ -43,10 +43,9 @@ Stats Summarise(std::vector<double> us) {
 struct Rig {
   platform::qt::FrmVantrelWindow window;
   platform::memory::MemoryPlatform m;
-  platform::memory::RecordingMacroLoop macroLoop{m.trace, window.CWTextBox()};
   app::Vantrel keyer{platform::Platform{window.controls(), m.clock, window.pump(), m.profile,
                                         m.wallClock, m.language, m.parallel, m.cwControl,
-                                        m.linkChannel, m.sound, m.link, m.winkey, macroLoop,
+                                        m.linkChannel, m.sound, m.link, m.winkey, m.macroEditor,
                                         m.calibration},
                      {"/bench", ""}};
   Rig() { m.trace.SetMuted(true); }

@@ -58,6 +58,11 @@ class StartMarker final : public platform::LoggerLink {
   void LogContact() override {}
   void WriteLinkSlot(int16_t, const std::string&) override {}
   void SendLinkCommand(const std::string&) override {}
+  // A logger that has written nothing.
+  std::string ReadLinkSlot(int16_t) const override { return ""; }
+  std::string MyCall() const override { return ""; }
+  std::string Band() const override { return ""; }
+  std::string SerialFormat() const override { return ""; }
 
   int64_t startNs = -1;
 
@@ -82,7 +87,7 @@ struct TimingRig {
   platform::Platform platform() {
     return platform::Platform{p.controls,  scheduler,   p.queue,     p.profile, p.wallClock,
                               p.language,  port,        p.cwControl, p.linkChannel, p.sound,
-                              link,        p.winkey,    p.macroLoop, p.calibration};
+                              link,        p.winkey,    p.macroEditor, p.calibration};
   }
 };
 

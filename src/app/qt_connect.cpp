@@ -1,13 +1,18 @@
 #include "app/qt_connect.h"
 
 #include <functional>
+#include <memory>
 #include <utility>
+
+#include "macros/frm_assign_key.h"
+#include "platform/qt/frm_assign_key_window.h"
+#include "platform/qt/qt_button_events.h"
 
 namespace vantrel::app {
 
-// Keyer selection (mnuWinKey, mnuWinKey2, mnuSoftwareKeyer), mnuPort and
-// mnuInsKey show without an action until their dialogs and the keyer
-// switch exist.
+// Keyer selection (mnuWinKey, mnuWinKey2, mnuSoftwareKeyer) and mnuPort
+// show without an action until their dialogs and the keyer switch exist; so
+// does the right click that opens a macro's editor.
 void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
   mainwindow::FrmVantrel& form = keyer.form;
   sending::SendingCore& core = keyer.core;
@@ -43,6 +48,27 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
   };
   for (const auto& [name, handler] : clicks) window.menu(name).OnClick(handler);
   window.menu("mnuKeying").OnOpen([&form] { form.mnuKeying_Click(); });
+  window.menu("mnuInsKey").OnClick([&window, &keyer] {
+    auto* dialog = new platform::qt::FrmAssignKeyWindow(window.widget());
+    auto logic = std::make_shared<macros::FrmAssignKey>(
+        macros::AssignKeyControls{dialog->List1(), [dialog] { dialog->close(); }},
+        keyer.window.InsertKeyCode, keyer.store);
+    dialog->Keep(logic);
+    logic->Form_Load();
+    dialog->show();
+  });
+
+  macros::MMacros& mMacros = keyer.mMacros;
+  for (int16_t index = 1; index <= macros::kMacroCount; ++index) {
+    // Owned by its button, and gone with it.
+    new platform::qt::ButtonEvents(
+        window.btnf()[index].button(),
+        {[&mMacros, index] { mMacros.btnF_Click(index); },
+         [&mMacros, index](int16_t button) { mMacros.btnf_MouseDown(index, button); },
+         [&mMacros, index](int16_t button) { mMacros.btnf_MouseUp(index, button); },
+         [&mMacros, index] { mMacros.btnf_MouseEnter(index); },
+         [&mMacros, index] { mMacros.btnf_MouseLeave(index); }});
+  }
 
   // Owned by the text box's widget, and gone with it.
   new platform::qt::KeyEvents(

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "loggerlink/link_state.h"
+#include "macros/m_macros.h"
 #include "macros/macro_state.h"
 #include "mainwindow/frm_vantrel.h"
 #include "mainwindow/main_window_state.h"
@@ -24,9 +25,12 @@ class Vantrel {
         sidetone(cw, p.controls.CWTextBox, p.sound),
         core(cw, p.controls, p.scheduler, p.pump,
              sending::SendingNeighbours{lines, winKeySettings, sidetone, p.link, p.winkey,
-                                        p.macroLoop, p.calibration, store}),
+                                        mMacros, p.calibration, store}),
         form(p, mainwindow::ProgramState{cw, window, macros, winKeySettings, link}, core, lines,
-             sidetone, store, std::move(environment)) {}
+             sidetone, store, mMacros, std::move(environment)),
+        mMacros(macros::MacroNeighbours{cw, macros, window, winKeySettings, link, p.controls, core,
+                                        lines, p.link, p.winkey, p.macroEditor, store,
+                                        form.ActiveField}) {}
 
   sending::CwState cw;
   mainwindow::MainWindowState window;
@@ -38,6 +42,9 @@ class Vantrel {
   sending::Sidetone sidetone;
   sending::SendingCore core;
   mainwindow::FrmVantrel form;
+  // Built last: the core and the window hold it from the start but call it
+  // only once events run.
+  macros::MMacros mMacros;
 };
 
 }  // namespace vantrel::app

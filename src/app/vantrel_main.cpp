@@ -85,12 +85,12 @@ int main(int argc, char** argv) {
   linuxos::LinuxLanguage language(configDir);
   linuxos::PortAudioSoundSystem sound;
 
-  // Stand-ins until WinKey, the macro loop and the speed calibration land:
+  // Stand-ins until WinKey, the macro editor and the speed calibration land:
   // they do nothing and keep no record.
   memory::Trace nowhere{[] { return 0.0; }};
   nowhere.SetMuted(true);
   memory::RecordingWinKey winkey{nowhere};
-  memory::RecordingMacroLoop macroLoop{nowhere, window.CWTextBox()};
+  memory::RecordingMacroEditor macroEditor{nowhere};
   memory::RecordingCalibration calibration;
   linuxos::LinuxLinkChannel linkChannel;
   vantrel::loggerlink::LoggerLinkLogic link{linkChannel, window.controls(), winkey};
@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
   const vantrel::platform::Platform platform{
       window.controls(), scheduler, window.pump(), profile,     wallClock,
       language,          parallel,  cwControl,     linkChannel, sound,
-      link,              winkey,    macroLoop,     calibration};
+      link,              winkey,    macroEditor,   calibration};
   vantrel::app::Vantrel keyer(platform, {configDir, arguments.commandLine});
   vantrel::app::ConnectWindow(window, keyer);
   // The logger's "Close" closes the window as the operator does; its window

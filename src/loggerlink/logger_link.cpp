@@ -70,6 +70,11 @@ void LoggerLinkLogic::WriteLinkSlot(int16_t slot, const std::string& text) {
 
 // Two commands in a row share the one slot: the second may overwrite the
 // first before the logger has read it.
+std::string LoggerLinkLogic::ReadLinkSlot(int16_t slot) const {
+  if (!s_ || slot < 0 || slot >= static_cast<int16_t>(s_->Slots.size())) return {};
+  return s_->Slots[static_cast<size_t>(slot)];
+}
+
 void LoggerLinkLogic::SendLinkCommand(const std::string& text) {
   WriteLinkSlot(static_cast<int16_t>(LinkSlot::LinkName), text);
   PostLink(kSlotChanged, 0);

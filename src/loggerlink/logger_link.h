@@ -47,6 +47,11 @@ class LoggerLinkLogic : public platform::LoggerLink {
   void WriteLinkSlot(int16_t slot, const std::string& text) override;
   void LogContact() override;
   void SendLinkCommand(const std::string& text) override;
+  // What the last poll read; empty until the link is attached.
+  std::string ReadLinkSlot(int16_t slot) const override;
+  std::string MyCall() const override { return s_ ? s_->MyCall : std::string(); }
+  std::string Band() const override { return s_ ? s_->Band : std::string(); }
+  std::string SerialFormat() const override { return s_ ? s_->SerialFormat : std::string(); }
 
  private:
   void ShowInField(platform::TextBox& field, const std::string& text);

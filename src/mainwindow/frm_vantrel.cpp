@@ -27,6 +27,7 @@ std::string Trimmed(const std::string& text) {
 FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
                        sending::SendingCore& core, sending::KeyLineDriver& lines,
                        platform::ToneOutput& sidetone, settings::SettingsStore& store,
+                       platform::MacroLoop& macroLoop,
                        StartupEnvironment environment)
     : p_(platform),
       c_(platform.controls),
@@ -36,6 +37,7 @@ FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
       lines_(lines),
       sidetone_(sidetone),
       store_(store),
+      macroLoop_(macroLoop),
       environment_(std::move(environment)) {
   c_.CWTextBox.OnChange([this] { CWTextBox_Change(); });
   c_.Timer1.OnTimer([this] { Timer1_Timer(); });

@@ -40,7 +40,8 @@ class FrmVantrel {
 
   FrmVantrel(const platform::Platform& platform, ProgramState state, sending::SendingCore& core,
              sending::KeyLineDriver& lines, platform::ToneOutput& sidetone,
-             settings::SettingsStore& store, StartupEnvironment environment);
+             settings::SettingsStore& store, platform::MacroLoop& macroLoop,
+             StartupEnvironment environment);
 
   // Brings the keyer up in its fixed order.
   void Form_Load();
@@ -141,6 +142,7 @@ class FrmVantrel {
   sending::KeyLineDriver& lines_;
   platform::ToneOutput& sidetone_;
   settings::SettingsStore& store_;
+  platform::MacroLoop& macroLoop_;
   StartupEnvironment environment_;
 };
 

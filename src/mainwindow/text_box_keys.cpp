@@ -37,14 +37,14 @@ const char* Prosign(int16_t keyAscii) {
 
 // ALT and a key that a macro caption holds as its hot key fires that macro.
 bool FrmVantrel::FireHotKey(int16_t& KeyCode, int16_t Shift) {
-  if (Shift != kAlt || KeyCode < kPageUp || !p_.macroLoop.FireHotKey(KeyCode)) return false;
+  if (Shift != kAlt || KeyCode < kPageUp || !macroLoop_.FireHotKey(KeyCode)) return false;
   KeyCode = 0;
   return true;
 }
 
 void FrmVantrel::DispatchMacroKey(int16_t& KeyCode, int16_t Shift) {
   if (KeyCode < kFirstFunctionKey || KeyCode > kLastFunctionKey) return;
-  p_.macroLoop.DispatchFunctionKey(KeyCode, Shift);
+  macroLoop_.DispatchFunctionKey(KeyCode, Shift);
   KeyCode = 0;
 }
 
@@ -72,7 +72,7 @@ bool FrmVantrel::EntryKeyDown(int16_t& KeyCode, platform::TextBox& pageTo) {
 
 void FrmVantrel::cwTextBox_KeyDown(int16_t& KeyCode, int16_t& Shift) {
   if (KeyCode == kEnter || KeyCode == kLineFeed) KeyCode = 0;
-  if (KeyCode == kEsc) p_.macroLoop.CancelMacroLoop();
+  if (KeyCode == kEsc) macroLoop_.CancelMacroLoop();
   if (EntryKeyDown(KeyCode, c_.CallsignField)) return;
   if (FireHotKey(KeyCode, Shift)) return;
   DispatchMacroKey(KeyCode, Shift);
@@ -80,7 +80,7 @@ void FrmVantrel::cwTextBox_KeyDown(int16_t& KeyCode, int16_t& Shift) {
 }
 
 void FrmVantrel::cwTextBox_KeyPress(int16_t& KeyAscii) {
-  p_.macroLoop.CancelMacroLoop();
+  macroLoop_.CancelMacroLoop();
   platform::TextBox& box = c_.CWTextBox;
   if (KeyAscii == kEnter || KeyAscii == kLineFeed) {
     KeyAscii = 0;
@@ -101,7 +101,7 @@ void FrmVantrel::cwTextBox_KeyPress(int16_t& KeyAscii) {
   if (!core_.WinKeyRoute()) {
     if (const char* prosign = Prosign(KeyAscii)) {
       KeyAscii = 0;
-      p_.macroLoop.QueueMacro(prosign);
+      macroLoop_.QueueMacro(prosign);
       return;
     }
   }
@@ -110,7 +110,7 @@ void FrmVantrel::cwTextBox_KeyPress(int16_t& KeyAscii) {
 }
 
 // Any press ends a loop; the press itself ends at once, so no drag selects.
-void FrmVantrel::cwTextBox_MouseDown(int16_t /*Button*/) { p_.macroLoop.CancelMacroLoop(); }
+void FrmVantrel::cwTextBox_MouseDown(int16_t /*Button*/) { macroLoop_.CancelMacroLoop(); }
 
 // The clipboard's text as it is: not upper-cased, not filtered.
 void FrmVantrel::cwTextBox_MouseUp(int16_t Button) {
@@ -145,7 +145,7 @@ void FrmVantrel::FieldKeyDown(int16_t& KeyCode, int16_t& Shift, const std::strin
 }
 
 void FrmVantrel::CallsignField_KeyPress(int16_t& KeyAscii) {
-  p_.macroLoop.CancelMacroLoop();
+  macroLoop_.CancelMacroLoop();
   KeyAscii = KeyAscii == kEnter || KeyAscii == kLineFeed
                  ? 0
                  : vb::UCaseAnsi(static_cast<unsigned char>(KeyAscii));
@@ -153,12 +153,12 @@ void FrmVantrel::CallsignField_KeyPress(int16_t& KeyAscii) {
 
 // The name keeps its case: the macro word that reads it capitalises it.
 void FrmVantrel::NameField_KeyPress(int16_t& KeyAscii) {
-  p_.macroLoop.CancelMacroLoop();
+  macroLoop_.CancelMacroLoop();
   if (KeyAscii == kEnter || KeyAscii == kLineFeed) KeyAscii = 0;
 }
 
-void FrmVantrel::CallsignField_MouseDown(int16_t /*Button*/) { p_.macroLoop.CancelMacroLoop(); }
-void FrmVantrel::NameField_MouseDown(int16_t /*Button*/) { p_.macroLoop.CancelMacroLoop(); }
+void FrmVantrel::CallsignField_MouseDown(int16_t /*Button*/) { macroLoop_.CancelMacroLoop(); }
+void FrmVantrel::NameField_MouseDown(int16_t /*Button*/) { macroLoop_.CancelMacroLoop(); }
 void FrmVantrel::CallsignField_GotFocus() { ActiveField = &c_.CallsignField; }
 
 }  // namespace vantrel::mainwindow

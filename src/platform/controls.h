@@ -48,6 +48,18 @@ class ComboBox : public PlacedControl {
   virtual void OnClick(std::function<void()> handler) = 0;
 };
 
+// A list of texts shown open, 0-based; -1 is no entry. Choosing an entry, by
+// hand or by setting the list index, runs the click handler.
+class ListBox : public Control {
+ public:
+  virtual void AddItem(const std::string& item) = 0;
+  virtual int16_t ListCount() const = 0;
+  virtual std::string List(int16_t index) const = 0;
+  virtual int16_t ListIndex() const = 0;
+  virtual void SetListIndex(int16_t index) = 0;
+  virtual void OnClick(std::function<void()> handler) = 0;
+};
+
 class MenuItem : public Control {
  public:
   virtual bool Checked() const = 0;
@@ -71,6 +83,11 @@ class CommandButton : public Control {
   virtual void SetBackColor(Colour colour) = 0;
   virtual void SetForeColor(Colour colour) = 0;
   virtual void SetFontBold(bool bold) = 0;
+  virtual void SetFontName(const std::string& name) = 0;
+  virtual void SetFontSize(float points) = 0;
+  virtual void SetFontItalic(bool italic) = 0;
+  // The text colour while a mouse button is held down on it.
+  virtual void SetForeColorOnMouse(Colour colour) = 0;
 };
 
 // Controls that share a name and differ by index, such as the macro buttons.

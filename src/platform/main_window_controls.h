@@ -52,6 +52,7 @@ struct MainWindowControls {
   PictureBox& KeyBox;
   PictureBox& PTTBox;
   Timer& Timer1;
+  Timer& LoopTimer;
   CommonDialog& CommonDialog1;
 
   // Every control of the window in its design order; the language tables

@@ -29,12 +29,20 @@ class LoggerLink {
   virtual void LogContact() = 0;
   // A command to the logger in the name slot, then the post that says so.
   virtual void SendLinkCommand(const std::string& text) = 0;
+  // A slot of the shared block as it stands, NUL padding and all.
+  virtual std::string ReadLinkSlot(int16_t slot) const = 0;
+  // What the logger last told of itself: own call, band, serial number format.
+  virtual std::string MyCall() const = 0;
+  virtual std::string Band() const = 0;
+  virtual std::string SerialFormat() const = 0;
 };
 
 class WinKeyLink {
  public:
   virtual ~WinKeyLink() = default;
   virtual bool WinKeyOpen() const = 0;
+  // The attached chip answered as a WinKey2.
+  virtual bool IsWinKey2() const = 0;
   // Whether the serial port control that the chip sits on is open.
   virtual bool PortOpen() const = 0;
   // Bytes go out as they are: text characters and command bytes alike.
@@ -60,6 +68,16 @@ class MacroLoop {
   // A function key code, 112 to 147, with the shift state it came with.
   virtual void DispatchFunctionKey(int16_t keyCode, int16_t shift) = 0;
   virtual void QueueMacro(const std::string& macro) = 0;
+};
+
+// The macro editor's window as the macro buttons open and close it.
+class MacroEditor {
+ public:
+  virtual ~MacroEditor() = default;
+  // Opens the editor on one macro, 1 to 36, in place of any open one.
+  virtual void ShowMacroSetup(int16_t index) = 0;
+  // Closes it without storing; nothing when it is not open.
+  virtual void UnloadMacroSetup() = 0;
 };
 
 class SpeedCalibration {

@@ -28,7 +28,7 @@ struct Platform {
   SoundSystem& sound;
   LoggerLink& link;
   WinKeyLink& winkey;
-  MacroLoop& macroLoop;
+  MacroEditor& macroEditor;
   SpeedCalibration& calibration;
 };
 

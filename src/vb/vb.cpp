@@ -389,4 +389,9 @@ unsigned char UCaseAnsi(unsigned char c) {
   }
 }
 
+std::string UCase(std::string text) {
+  for (char& c : text) c = static_cast<char>(UCaseAnsi(static_cast<unsigned char>(c)));
+  return text;
+}
+
 }  // namespace vantrel::vb

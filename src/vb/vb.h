@@ -47,6 +47,8 @@ std::string CStr(float value);
 // a to z, the accented small letters, and the few that Windows-1252 keeps
 // elsewhere (š, œ, ž, ÿ). Everything else is itself.
 unsigned char UCaseAnsi(unsigned char c);
+// A whole text in capitals by the same rule.
+std::string UCase(std::string text);
 
 // Text comparison without regard to case, as setting and section names compare.
 bool SameText(std::string_view a, std::string_view b);

@@ -33,6 +33,7 @@ class LinkFixture : public ::testing::Test {
     for (const auto& [key, value] : settings) {
       keyer.store.WriteSetting(settings::SectionOf(key), key, value);
     }
+    keyer.mMacros.OnNotice([this](const std::string& notice) { p.trace.Emit(notice); });
     keyer.form.Form_Load();
     startup = p.trace.Events();
     p.trace.Clear();
@@ -75,7 +76,7 @@ class LinkFixture : public ::testing::Test {
     platform::memory::MemoryPlatform& m = p;
     return platform::Platform{m.controls, m.clock,     m.queue,     m.profile, m.wallClock,
                               m.language, m.parallel,  m.cwControl, channel_,  m.sound,
-                              link,       m.winkey,    m.macroLoop, m.calibration};
+                              link,       m.winkey,    m.macroEditor, m.calibration};
   }
 
   static constexpr const char* kDirectory = "/vantrel";

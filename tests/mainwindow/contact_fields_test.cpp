@@ -129,15 +129,14 @@ TEST_F(FieldKeys, CallIsCapitalisedAndNoFieldTakesALineBreak) {
 
 TEST_F(FieldKeys, MacroKeysWorkInTheFieldsAsInTheBox) {
   Start({{"Insert Key", "124"}});
-  p.macroLoop.hotKeys = "C";
+  keyer.macros.MacroCaptions[5] = "&CQ";
   EXPECT_EQ(KeyDown(113, "NameField", 2), 0);
   EXPECT_EQ(KeyDown(45, "SRXField"), 0);
   EXPECT_EQ(KeyDown('C', "CallsignField", 4), 0);
   EXPECT_EQ(KeyDown('A', "CallsignField"), 'A');  // an ordinary key reaches the field
   EXPECT_EQ(KeyDown(34, "CallsignField"), 0);
   EXPECT_THAT(EventsStartingWith({"macro", "focus"}),
-              ElementsAre("macro key 113 2", "macro key 124 0", "macro hotkey 67",
-                          "focus CWTextBox"));
+              ElementsAre("macro 26", "macro 13", "macro 5", "focus CWTextBox"));
 }
 
 TEST_F(ContactFields, LoggedCallsGoOnTopOfTheLastEight) {

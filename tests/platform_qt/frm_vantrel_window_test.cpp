@@ -3,10 +3,13 @@
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QListWidget>
+#include <QPointer>
 #include <QMenu>
 #include <QTest>
 #include <QTextEdit>
 #include <QTimer>
+#include <QPushButton>
 #include <memory>
 
 #include "app/qt_connect.h"
@@ -32,7 +35,7 @@ class FrmVantrelWindowTest : public ::testing::Test {
     linkChannel.loggerRunning = true;
     keyer = std::make_unique<app::Vantrel>(
         Platform{window.controls(), clock, window.pump(), files, wallClock, language, parallel,
-                 cwControl, linkChannel, sound, link, winkey, macroLoop, calibration},
+                 cwControl, linkChannel, sound, link, winkey, macroEditor, calibration},
         mainwindow::StartupEnvironment{kDirectory, ""});
     app::ConnectWindow(window, *keyer);
   }
@@ -76,7 +79,7 @@ class FrmVantrelWindowTest : public ::testing::Test {
   memory::RecordingWinKey winkey{trace};
   memory::RecordingCalibration calibration;
   FrmVantrelWindow window;
-  memory::RecordingMacroLoop macroLoop{trace, window.CWTextBox()};
+  memory::RecordingMacroEditor macroEditor{trace};
   std::unique_ptr<app::Vantrel> keyer;
 };
 
@@ -121,8 +124,9 @@ TEST_F(FrmVantrelWindowTest, KeysTypedIntoTheWidgetGoToTheEndInCapitals) {
   EXPECT_EQ(window.CWTextBox().Text(), "CQX B^T");
   QTest::keyClick(&edit, Qt::Key_Backspace);
   EXPECT_EQ(window.CWTextBox().Text(), "CQX B^");
-  QTest::keyClick(&edit, Qt::Key_F2, Qt::AltModifier);  // to the macros, not the box
-  EXPECT_EQ(window.CWTextBox().Text(), "CQX B^");
+  // To the macros, not the box: macro 14, empty, adds only its blank.
+  QTest::keyClick(&edit, Qt::Key_F2, Qt::AltModifier);
+  EXPECT_EQ(window.CWTextBox().Text(), "CQX B^ ");
   EXPECT_TRUE(window.menu("mnuTX").Enabled());
 }
 
@@ -234,6 +238,41 @@ TEST_F(FrmVantrelWindowTest, MenuTreeHasItsEntriesUnderTheirMenusNumberedAsInMem
   ASSERT_NE(appearance, nullptr);
   EXPECT_TRUE(appearance->actions().contains(&window.menu("mnuInsKey").action()));
   EXPECT_EQ(appearance->actions().size(), 8);
+}
+
+TEST_F(FrmVantrelWindowTest, InsKeyDialogShowsTheCurrentKeyAndOneClickStoresAndCloses) {
+  Start();
+  window.menu("mnuInsKey").action().trigger();
+  QPointer<QWidget> dialog;
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->windowTitle() == "Assign INS Key" && widget->isVisible()) dialog = widget;
+  }
+  ASSERT_TRUE(dialog);
+  auto* list = dialog->findChild<QListWidget*>();
+  ASSERT_NE(list, nullptr);
+  ASSERT_EQ(list->count(), 36);
+  EXPECT_EQ(list->currentRow(), 0);  // F1, as the default says
+  EXPECT_EQ(Stored("Insert Key"), "");
+
+  QListWidgetItem* altF3 = list->item(14);
+  list->scrollToItem(altF3);
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(altF3).center());
+  EXPECT_EQ(keyer->window.InsertKeyCode, 126);
+  EXPECT_EQ(Stored("Insert Key"), "126");
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_FALSE(dialog);
+}
+
+TEST_F(FrmVantrelWindowTest, MacroButtonsFireOnTheLeftButtonOnly) {
+  keyer->store.LocateSettingsFile(kDirectory, "");
+  keyer->store.WriteSetting(settings::kMainSection, "Keying", "MOX");
+  keyer->store.WriteSetting(settings::kMainSection, "Macro #2", "tu");
+  Start();
+  QPushButton& button = window.btnf()[2].button();
+  QTest::mouseClick(&button, Qt::RightButton);
+  EXPECT_EQ(window.CWTextBox().Text(), "");
+  QTest::mouseClick(&button, Qt::LeftButton);
+  EXPECT_EQ(window.CWTextBox().Text(), "TU");
 }
 
 }  // namespace

@@ -163,7 +163,8 @@ TEST_F(SendLoop, LoopingMacroEndsTheTransmissionDespiteSlowTyping) {
   Run();
   EXPECT_FALSE(cw.Transmitting);
   EXPECT_EQ(TimesOf("pttbox red").size(), 1u);
-  EXPECT_EQ(p.macroLoop.armed, 1);
+  EXPECT_TRUE(p.LoopTimer.Enabled());
+  EXPECT_EQ(p.LoopTimer.Interval(), 5000);
 }
 
 TEST_F(SendLoop, PollsTheLoggerBetweenCharactersOnly) {

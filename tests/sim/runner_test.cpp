@@ -205,6 +205,34 @@ TEST(Runner, AbortEndsAHold) {
   EXPECT_EQ(CountOf(lines, "1000.000 text \"\""), 1);
 }
 
+TEST(Runner, ButtonFiresTheStoredMacroWithTheLoggersValues) {
+  RunOptions options;
+  options.settings = {{"Keying", "MOX"}};
+  options.logger = true;
+  const auto lines = RunScript("0 macro 2 r $sentrstn$\n0 slot LinkSentRST 579\n10 button 2\n", options);
+  EXPECT_EQ(CountOf(lines, "10.000 macro 2"), 1);
+  EXPECT_EQ(CountOf(lines, "10.000 text \"R 57N\""), 1);
+}
+
+TEST(Runner, WaitRunsALoopUntilAKeyEndsIt) {
+  RunOptions options;
+  options.settings = {{"Slow Typing", "OFF"}};
+  // Without the wait the run would end with the script, before the pause is over.
+  const auto lines = RunScript("0 macro 1 e $loop$\n0 button 1\n0 wait\n7000 key 27\n", options);
+  EXPECT_EQ(CountOf(lines, "0.000 macro 1"), 1);
+  EXPECT_EQ(CountOf(lines, "400.000 loop armed 5000"), 1);
+  EXPECT_EQ(CountOf(lines, "5400.000 macro 1"), 1);
+  EXPECT_EQ(CountOf(lines, "7000.000 loop cancelled"), 1);
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                          [](const std::string& line) { return line.ends_with(" macro 1"); }),
+            2);
+}
+
+TEST(Runner, WaitTakesAHoldForIdle) {
+  const auto lines = RunScript("0 send E\n0 wait\n");  // returns: the hold does not keep it
+  EXPECT_THAT(lines, Not(Contains("160.000 post 900 0")));
+}
+
 }  // namespace
 }  // namespace vantrel::sim
 

@@ -108,5 +108,19 @@ TEST(ParseScript, SlotNamesItsSlotByNumber) {
   EXPECT_EQ(std::pair(events[1].first, events[1].argument), std::pair(9, std::string("")));
 }
 
+TEST(ParseScript, MacroVerbsReadAnIndexOrASlotAndTheirText) {
+  const auto events = Parse("0 button 36\n1 macro 2 cq  de $mycall$~\n2 macro 3\n"
+                            "3 slot LinkReceivedRST 579\n4 wait\n");
+  ASSERT_EQ(events.size(), 5u);
+  EXPECT_EQ(events[0].first, 36);
+  EXPECT_EQ(std::pair(events[1].first, events[1].argument), std::pair(2, std::string("cq  de $mycall$~")));
+  EXPECT_EQ(std::pair(events[2].first, events[2].argument), std::pair(3, std::string()));
+  EXPECT_EQ(std::pair(events[3].first, events[3].argument), std::pair(9, std::string("579")));
+  EXPECT_THAT(ErrorOf("0 button 0\n"), HasSubstr("the button must be a whole number from 1 to 36"));
+  EXPECT_THAT(ErrorOf("0 macro 37 x\n"), HasSubstr("the macro must be"));
+  EXPECT_THAT(ErrorOf("0 slot LinkRST 5\n"), HasSubstr("unknown slot 'LinkRST'"));
+  EXPECT_THAT(ErrorOf("0 wait 5\n"), HasSubstr("wait takes no argument"));
+}
+
 }  // namespace
 }  // namespace vantrel::sim

@@ -27,6 +27,7 @@ class KeyerFixture : public ::testing::Test {
       keyer.store.WriteSetting(settings::SectionOf(key), key, value);
     }
     p.language.languageId = languageId;
+    keyer.mMacros.OnNotice([this](const std::string& notice) { p.trace.Emit(notice); });
     keyer.form.Form_Load();
     p.trace.Clear();
   }

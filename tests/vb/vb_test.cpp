@@ -246,4 +246,5 @@ TEST(UCaseAnsi, LettersOfWindows1252AndNothingElse) {
   EXPECT_EQ(UCaseAnsi(0xFF), 0x9F);  // ÿ to Ÿ
   EXPECT_EQ(UCaseAnsi(0x9A), 0x8A);  // š to Š
   EXPECT_EQ(UCaseAnsi(0xBB), 0xBB);  // » stays a speed mark
+  EXPECT_EQ(vantrel::vb::UCase("cq de sm5\xE4 $call$"), "CQ DE SM5\xC4 $CALL$");
 }

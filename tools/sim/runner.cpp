@@ -92,13 +92,13 @@ class Session {
     if (!real_) {
       return platform::Platform{p.controls, p.clock,     p.queue,       files,  calendar,
                                 p.language, p.parallel,  p.cwControl,   Channel(), p.sound,
-                                *link_,     p.winkey,    p.macroLoop,   p.calibration};
+                                *link_,     p.winkey,    p.macroEditor, p.calibration};
     }
     p.queue.UseTime(real_->time);
     return platform::Platform{p.controls,  real_->scheduler, p.queue,      files,
                               calendar,    p.language,       real_->parallel, real_->serial,
                               Channel(),   real_->sound,     *link_,       p.winkey,
-                              p.macroLoop, p.calibration};
+                              p.macroEditor, p.calibration};
   }
 
   const RunOptions& options_;
@@ -224,6 +224,17 @@ void Session::Apply(const ScriptEvent& event) {
     LoggerWrites(loggerlink::LinkSlot::LinkControl, event.argument);
   } else if (event.verb == "slot") {
     LoggerWrites(static_cast<loggerlink::LinkSlot>(event.first), event.argument);
+  } else if (event.verb == "button") {
+    keyer.mMacros.btnF_Click(static_cast<int16_t>(event.first));
+  } else if (event.verb == "macro") {
+    keyer.macros.MacroTexts.at(static_cast<size_t>(event.first)) = event.argument;
+  } else if (event.verb == "wait") {
+    // Looks again a little later for as long as something goes out or a loop waits.
+    constexpr int64_t kLookAgainNs = 200'000'000;
+    const sending::CwState& cw = keyer.cw;
+    if ((cw.Transmitting && !cw.WaitingForText) || cw.LoopDelay > 0) {
+      p_.queue.Post(p_.queue.time().NowNs() + kLookAgainNs, [this, &event] { Apply(event); });
+    }
   } else if (event.verb == "unplug") {
     if (real_) throw ScriptError(event.line, "unplug works on the in-memory ports only");
     p_.cwControl.Unplug();
@@ -263,6 +274,7 @@ void Run(const RunOptions& options, const std::vector<ScriptEvent>& events,
     }
   }
   keyer.core.OnMark([&p](int16_t position) { p.trace.Emit("mark " + std::to_string(position)); });
+  keyer.mMacros.OnNotice([&p](const std::string& notice) { p.trace.Emit(notice); });
   keyer.form.Form_Load();
 
   for (const ScriptEvent& event : events) {

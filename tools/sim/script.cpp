@@ -13,7 +13,7 @@ struct VerbInfo {
   const char* name;
   bool takesArgument;
 };
-constexpr std::array<VerbInfo, 14> kVerbs{{{"send", true},
+constexpr std::array<VerbInfo, 17> kVerbs{{{"send", true},
                                           {"append", true},
                                           {"type", true},
                                           {"paste", true},
@@ -26,12 +26,15 @@ constexpr std::array<VerbInfo, 14> kVerbs{{{"send", true},
                                           {"close", false},
                                           {"unplug", false},
                                           {"control", true},
-                                          {"slot", true}}};
-// The logger's slots by their names, in slot order.
-constexpr std::array<const char*, 10> kSlots{"LinkCall",    "LinkName",  "LinkSerial", "LinkMyCall",
-                                             "LinkBand",    "LinkControl", "LinkSRX",  "LinkRadio",
-                                             "LinkSentRST", "LinkReceivedRST"};
+                                          {"slot", true},
+                                          {"button", true},
+                                          {"macro", true},
+                                          {"wait", false}}};
 constexpr std::array<const char*, 4> kFocus{"CWTextBox", "CallsignField", "NameField", "SRXField"};
+// The slots of the logger's shared block, in their order.
+constexpr std::array<const char*, 10> kSlots{"LinkCall",    "LinkName",  "LinkSerial", "LinkMyCall",
+                                             "LinkBand",    "LinkControl", "LinkSRX", "LinkRadio",
+                                             "LinkSentRST", "LinkReceivedRST"};
 constexpr std::array<const char*, 6> kMenus{"mnuTX",  "mnuabort", "mnuTune",
                                             "mnuVOX", "mnuMOX",   "mnuDedicatedSerialPort"};
 
@@ -83,6 +86,22 @@ void ReadArguments(ScriptEvent& event) {
     if (!rest.empty()) throw ScriptError(event.line, "resize takes WIDTH HEIGHT");
     event.first = Number(a, 1, 100000, event, "the width");
     event.second = Number(b, 1, 100000, event, "the height");
+  } else if (event.verb == "button") {
+    words >> a >> rest;
+    if (!rest.empty()) throw ScriptError(event.line, "button takes N");
+    event.first = Number(a, 1, 36, event, "the button");
+  } else if (event.verb == "macro" || event.verb == "slot") {
+    // The name or number, then the text after one blank, blanks and all.
+    const auto blank = event.argument.find(' ');
+    event.name = event.argument.substr(0, blank);
+    event.argument = blank == std::string::npos ? "" : event.argument.substr(blank + 1);
+    if (event.verb == "macro") {
+      event.first = Number(event.name, 1, 36, event, "the macro");
+    } else {
+      const auto slot = std::find(kSlots.begin(), kSlots.end(), event.name);
+      if (slot == kSlots.end()) throw ScriptError(event.line, "unknown slot '" + event.name + "'");
+      event.first = static_cast<int>(slot - kSlots.begin());
+    }
   } else if (event.verb == "focus" || event.verb == "field") {
     const auto blank = event.argument.find(' ');
     event.name = event.argument.substr(0, blank);
@@ -93,13 +112,6 @@ void ReadArguments(ScriptEvent& event) {
     if (event.verb == "focus" && !event.argument.empty()) {
       throw ScriptError(event.line, "focus takes a control's name only");
     }
-  } else if (event.verb == "slot") {
-    const auto blank = event.argument.find(' ');
-    event.name = event.argument.substr(0, blank);
-    event.argument = blank == std::string::npos ? "" : event.argument.substr(blank + 1);
-    const auto known = std::find(kSlots.begin(), kSlots.end(), event.name);
-    if (known == kSlots.end()) throw ScriptError(event.line, "unknown slot '" + event.name + "'");
-    event.first = static_cast<int>(known - kSlots.begin());
   }
 }
 

@@ -115,23 +115,59 @@ class MemoryComboBox : public MemoryPlacedBase<MemoryControlBase<ComboBox>> {
   std::function<void()> onClick_;
 };
 
+class MemoryListBox : public MemoryControlBase<ListBox> {
+ public:
+  void AddItem(const std::string& item) override { items.push_back(item); }
+  int16_t ListCount() const override { return static_cast<int16_t>(items.size()); }
+  std::string List(int16_t index) const override { return items.at(static_cast<size_t>(index)); }
+  int16_t ListIndex() const override { return index_; }
+  // An index past the entries selects none and raises no click.
+  void SetListIndex(int16_t index) override {
+    if (index < 0 || index >= ListCount()) {
+      index_ = -1;
+      return;
+    }
+    index_ = index;
+    if (onClick_) onClick_();
+  }
+  void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
+
+  std::vector<std::string> items;
+
+ private:
+  int16_t index_ = -1;
+  std::function<void()> onClick_;
+};
+
 class MemoryCommandButton : public MemoryControlBase<CommandButton> {
  public:
   void SetCaption(const std::string& caption) override { caption_ = caption; }
   void SetBackColor(Colour colour) override { backColor_ = colour; }
   void SetForeColor(Colour colour) override { foreColor_ = colour; }
   void SetFontBold(bool bold) override { fontBold_ = bold; }
+  void SetFontName(const std::string& name) override { fontName_ = name; }
+  void SetFontSize(float points) override { fontSize_ = points; }
+  void SetFontItalic(bool italic) override { fontItalic_ = italic; }
+  void SetForeColorOnMouse(Colour colour) override { foreColorOnMouse_ = colour; }
 
   const std::string& Caption() const { return caption_; }
   Colour BackColor() const { return backColor_; }
   Colour ForeColor() const { return foreColor_; }
   bool FontBold() const { return fontBold_; }
+  const std::string& FontName() const { return fontName_; }
+  float FontSize() const { return fontSize_; }
+  bool FontItalic() const { return fontItalic_; }
+  Colour ForeColorOnMouse() const { return foreColorOnMouse_; }
 
  private:
   std::string caption_;
   Colour backColor_ = 0;
   Colour foreColor_ = 0;
   bool fontBold_ = false;
+  std::string fontName_;
+  float fontSize_ = 0;
+  bool fontItalic_ = false;
+  Colour foreColorOnMouse_ = 0;
 };
 
 // The macro buttons, 1 to 36; entry 0 stands unused, as in the macro arrays.

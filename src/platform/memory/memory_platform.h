@@ -70,6 +70,7 @@ struct MemoryPlatform {
   MemoryPictureBox KeyBox{trace, "keybox"};
   MemoryPictureBox PTTBox{trace, "pttbox"};
   MemoryTimer Timer1{queue};
+  MemoryTimer LoopTimer{queue};
   MemoryCommonDialog CommonDialog1{trace};
   // The text control that has the keyboard.
   std::string focused = "CWTextBox";
@@ -80,7 +81,7 @@ struct MemoryPlatform {
   MemorySoundSystem sound{trace};
   RecordingLoggerLink link{trace};
   RecordingWinKey winkey{trace};
-  RecordingMacroLoop macroLoop{trace, CWTextBox};
+  RecordingMacroEditor macroEditor{trace};
   RecordingCalibration calibration;
 
   MainWindowControls controls{
@@ -89,7 +90,7 @@ struct MemoryPlatform {
       mnuMOX,      mnuDedicatedSerialPort,     mnuWinKey,   mnuWinKey2, mnuSoftwareKeyer,
       mnuOnTop,    mFkeys,      mAFkeys,       mSFkeys,     mnuShowCallsign, mnuShowSRX,
       mnuSend0as0, mnuSend0asT, mnuSend0asO,   mnuVersion,  ElasticOne1, ElasticOne2,
-      ElasticOne3, btnf,        sBar,          KeyBox,      PTTBox,    Timer1, CommonDialog1,
+      ElasticOne3, btnf,        sBar,          KeyBox,      PTTBox,    Timer1, LoopTimer, CommonDialog1,
       ControlOrder([this](std::string_view name) -> Control& { return Named(name); })};
 
   // The window's design: what docking would give a window of design size.
@@ -143,7 +144,7 @@ struct MemoryPlatform {
   Platform platform() {
     return Platform{controls, clock,     queue,     profile, wallClock,
                     language, parallel,  cwControl, linkChannel, sound,
-                    link,     winkey,    macroLoop, calibration};
+                    link,     winkey,    macroEditor, calibration};
   }
 };
 

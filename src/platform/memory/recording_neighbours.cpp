@@ -21,22 +21,24 @@ void RecordingWinKey::CloseWinKeyHost() {
   open = false;
 }
 
-bool RecordingMacroLoop::FireHotKey(int16_t keyCode) {
-  if (hotKeys.find(static_cast<char>(keyCode)) == std::string::npos) return false;
-  trace_.Emit("macro hotkey " + std::to_string(keyCode));
-  return true;
+void RecordingLoggerLink::LoggerWrites(int16_t slot, const std::string& text) {
+  std::string& kept = linkSlots.at(static_cast<size_t>(slot));
+  kept = text.substr(0, kSlotSize);
+  kept.resize(kSlotSize, '\0');
 }
 
-void RecordingMacroLoop::DispatchFunctionKey(int16_t keyCode, int16_t shift) {
-  trace_.Emit("macro key " + std::to_string(keyCode) + " " + std::to_string(shift));
+void RecordingLoggerLink::WriteLinkSlot(int16_t slot, const std::string& text) {
+  LoggerWrites(slot, text);
+  trace_.Emit("slot " + std::to_string(slot) + " " + Trace::Quote(text));
 }
 
-void RecordingMacroLoop::QueueMacro(const std::string& macro) {
-  trace_.Emit("macro queue " + Trace::Quote(macro));
-  const int end = static_cast<int>(box_.Text().size());
-  box_.SetSelStart(end);
-  box_.SetSelText(end > 0 ? " " + macro : macro);
-  box_.SetSelStart(static_cast<int>(box_.Text().size()));
+// As the link reads them at each poll: up to the first NUL.
+std::string RecordingLoggerLink::MyCall() const { return UpToNul(kMyCallSlot); }
+std::string RecordingLoggerLink::Band() const { return UpToNul(kBandSlot); }
+
+std::string RecordingLoggerLink::UpToNul(size_t slot) const {
+  const std::string& text = linkSlots.at(slot);
+  return text.substr(0, text.find('\0'));
 }
 
 }  // namespace vantrel::platform::memory

@@ -2,12 +2,12 @@
 // core asks of them, in the trace and in counters a test can read.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 
 #include "platform/memory/trace.h"
 #include "platform/neighbours.h"
-#include "platform/text_box.h"
 
 namespace vantrel::platform::memory {
 
@@ -18,19 +18,36 @@ class RecordingLoggerLink : public LoggerLink {
   void PostLink(int32_t code, int32_t value) override {
     trace_.Emit("post " + std::to_string(code) + " " + std::to_string(value));
   }
-  void LogContact() override { ++contactsLogged; }
-  void WriteLinkSlot(int16_t slot, const std::string& text) override {
-    trace_.Emit("slot " + std::to_string(slot) + " " + Trace::Quote(text));
+  void LogContact() override {
+    ++contactsLogged;
+    trace_.Emit("log contact");
   }
+  void WriteLinkSlot(int16_t slot, const std::string& text) override;
+  // What the logger puts into a slot, kept as the shared block keeps it: cut
+  // to the slot and padded with NULs.
+  void LoggerWrites(int16_t slot, const std::string& text);
   void SendLinkCommand(const std::string& text) override {
-    WriteLinkSlot(1, text);
-    PostLink(200, 0);
+    trace_.Emit("link command " + Trace::Quote(text));
   }
+  std::string ReadLinkSlot(int16_t slot) const override {
+    return linkSlots.at(static_cast<size_t>(slot));
+  }
+  std::string MyCall() const override;
+  std::string Band() const override;
+  std::string SerialFormat() const override { return serialFormat; }
+
+  static constexpr size_t kSlotSize = 128;
 
   int polls = 0;
   int contactsLogged = 0;
+  std::array<std::string, 10> linkSlots{};
+  std::string serialFormat;
 
  private:
+  static constexpr size_t kMyCallSlot = 3;
+  static constexpr size_t kBandSlot = 4;
+  std::string UpToNul(size_t slot) const;
+
   Trace& trace_;
 };
 
@@ -38,6 +55,7 @@ class RecordingWinKey : public WinKeyLink {
  public:
   explicit RecordingWinKey(Trace& trace) : trace_(trace) {}
   bool WinKeyOpen() const override { return open; }
+  bool IsWinKey2() const override { return winKey2; }
   bool PortOpen() const override { return portOpen; }
   void WriteWinKey(const std::string& bytes) override;
   void StartWinKeyRun() override { ++runsStarted; }
@@ -49,6 +67,7 @@ class RecordingWinKey : public WinKeyLink {
 
   bool open = false;
   bool portOpen = false;
+  bool winKey2 = false;
   int runsStarted = 0;
   std::string written;
 
@@ -56,25 +75,24 @@ class RecordingWinKey : public WinKeyLink {
   Trace& trace_;
 };
 
-// Records what the window asks of the macros. Queueing appends the text
-// as it stands, as a macro without macro words comes out.
-class RecordingMacroLoop : public MacroLoop {
+// The editor's window as far as the buttons see it: open on one macro or shut.
+class RecordingMacroEditor : public MacroEditor {
  public:
-  RecordingMacroLoop(Trace& trace, TextBox& box) : trace_(trace), box_(box) {}
-  void ArmMacroLoop() override { ++armed; }
-  void CancelMacroLoop() override { ++cancelled; }
-  bool FireHotKey(int16_t keyCode) override;
-  void DispatchFunctionKey(int16_t keyCode, int16_t shift) override;
-  void QueueMacro(const std::string& macro) override;
+  explicit RecordingMacroEditor(Trace& trace) : trace_(trace) {}
+  void ShowMacroSetup(int16_t index) override {
+    shownIndex = index;
+    trace_.Emit("editor " + std::to_string(index));
+  }
+  void UnloadMacroSetup() override {
+    if (shownIndex == 0) return;
+    shownIndex = 0;
+    trace_.Emit("editor closed");
+  }
 
-  int armed = 0;
-  int cancelled = 0;
-  // The key codes that have a hot key in some caption.
-  std::string hotKeys;
+  int16_t shownIndex = 0;
 
  private:
   Trace& trace_;
-  TextBox& box_;
 };
 
 class RecordingCalibration : public SpeedCalibration {

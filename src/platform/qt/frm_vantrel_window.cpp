@@ -131,6 +131,7 @@ FrmVantrelWindow::FrmVantrelWindow() : window_(std::make_unique<MainWindowWidget
       .KeyBox = *keyBox_,
       .PTTBox = *pttBox_,
       .Timer1 = timer1_,
+      .LoopTimer = loopTimer_,
       .CommonDialog1 = *commonDialog1_,
       .Controls = std::move(order),
   });

@@ -56,6 +56,7 @@ class FrmVantrelWindow {
   std::unique_ptr<QtPictureBox> keyBox_, pttBox_;
   QtButtonArray btnf_;
   QtTimer timer1_;
+  QtTimer loopTimer_;
   std::unique_ptr<QtCommonDialog> commonDialog1_;
   std::unique_ptr<MainWindowControls> controls_;
 };

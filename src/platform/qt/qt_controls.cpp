@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QFontDialog>
 #include <QLabel>
+#include <QListWidget>
 #include <QMenu>
 #include <QPainter>
 #include <QPushButton>
@@ -122,6 +123,25 @@ void QtCommandButton::SetFontBold(bool bold) {
   button_.setFont(font);
 }
 
+void QtCommandButton::SetFontName(const std::string& name) {
+  QFont font = button_.font();
+  font.setFamily(ToQString(name));
+  button_.setFont(font);
+}
+
+void QtCommandButton::SetFontSize(float points) {
+  if (points <= 0) return;
+  QFont font = button_.font();
+  font.setPointSizeF(points);
+  button_.setFont(font);
+}
+
+void QtCommandButton::SetFontItalic(bool italic) {
+  QFont font = button_.font();
+  font.setItalic(italic);
+  button_.setFont(font);
+}
+
 QtCommandButton& QtButtonArray::operator[](int16_t index) {
   const auto& item = items_.at(static_cast<size_t>(index));
   if (!item) throw std::out_of_range("no macro button " + std::to_string(index));
@@ -211,6 +231,30 @@ int16_t QtComboBox::ListIndex() const { return static_cast<int16_t>(combo_.curre
 // Set by the program, not by the operator: Qt gives no signal for that.
 void QtComboBox::SetListIndex(int16_t index) {
   combo_.setCurrentIndex(index);
+  if (onClick_) onClick_();
+}
+
+QtListBox::QtListBox(QListWidget& list) : QtControlBase<ListBox>(list), list_(list) {
+  QObject::connect(&list_, &QListWidget::itemClicked, [this](QListWidgetItem*) {
+    if (onClick_) onClick_();
+  });
+}
+
+void QtListBox::AddItem(const std::string& item) { list_.addItem(ToQString(item)); }
+int16_t QtListBox::ListCount() const { return static_cast<int16_t>(list_.count()); }
+std::string QtListBox::List(int16_t index) const {
+  const QListWidgetItem* item = list_.item(index);
+  return item ? FromQString(item->text()) : "";
+}
+int16_t QtListBox::ListIndex() const { return static_cast<int16_t>(list_.currentRow()); }
+
+// Set by the program, not by the operator: Qt gives no click for that.
+void QtListBox::SetListIndex(int16_t index) {
+  if (index < 0 || index >= ListCount()) {
+    list_.setCurrentRow(-1);
+    return;
+  }
+  list_.setCurrentRow(index);
   if (onClick_) onClick_();
 }
 

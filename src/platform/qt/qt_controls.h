@@ -19,6 +19,7 @@
 
 class QAction;
 class QComboBox;
+class QListWidget;
 class QLabel;
 class QMenu;
 class QPushButton;
@@ -87,6 +88,23 @@ class QtComboBox : public QtPlacedBase<ComboBox> {
 
  private:
   QComboBox& combo_;
+  std::function<void()> onClick_;
+};
+
+// A list box over a QListWidget. A click on an entry, or setting the index
+// to an entry, runs the click handler; an index past the entries selects none.
+class QtListBox : public QtControlBase<ListBox> {
+ public:
+  explicit QtListBox(QListWidget& list);
+  void AddItem(const std::string& item) override;
+  int16_t ListCount() const override;
+  std::string List(int16_t index) const override;
+  int16_t ListIndex() const override;
+  void SetListIndex(int16_t index) override;
+  void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
+
+ private:
+  QListWidget& list_;
   std::function<void()> onClick_;
 };
 
@@ -176,10 +194,17 @@ class QtCommandButton : public QtControlBase<CommandButton> {
   void SetBackColor(Colour colour) override;
   void SetForeColor(Colour colour) override;
   void SetFontBold(bool bold) override;
+  void SetFontName(const std::string& name) override;
+  void SetFontSize(float points) override;
+  void SetFontItalic(bool italic) override;
+  // Qt draws a pressed button in its own way; the colour is kept for it.
+  void SetForeColorOnMouse(Colour colour) override { foreColorOnMouse_ = colour; }
   QPushButton& button() const { return button_; }
+  Colour ForeColorOnMouse() const { return foreColorOnMouse_; }
 
  private:
   QPushButton& button_;
+  Colour foreColorOnMouse_ = 0;
 };
 
 // The macro buttons 1 to 36; entry 0 stands unused, as in the macro arrays.

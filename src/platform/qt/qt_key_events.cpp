@@ -8,7 +8,6 @@
 #include "platform/qt/qt_text_box.h"
 
 namespace vantrel::platform::qt {
-namespace {
 
 int16_t WindowsButton(Qt::MouseButton button) {
   switch (button) {
@@ -18,8 +17,6 @@ int16_t WindowsButton(Qt::MouseButton button) {
     default: return 0;
   }
 }
-
-}  // namespace
 
 int16_t WindowsKeyCode(const QKeyEvent& event) {
   const int key = event.key();

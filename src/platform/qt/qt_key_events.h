@@ -25,6 +25,8 @@ struct KeyHandlers {
 // keyer has no name for; and the shift state, 1 SHIFT, 2 CTRL, 4 ALT.
 int16_t WindowsKeyCode(const QKeyEvent& event);
 int16_t WindowsShift(const QKeyEvent& event);
+// The mouse button's number: 1 left, 2 right, 4 middle, 0 any other.
+int16_t WindowsButton(Qt::MouseButton button);
 
 // Routes the box's events through `handlers` for as long as the box lives.
 // Characters the handlers let through are inserted by the box itself, as

@@ -1,0 +1,118 @@
+// Every way of firing a macro ends in btnF_Click: a button, a function key
+// or INS, an ALT letter, the logger and the loop's timer.
+#include "macros/m_macros.h"
+#include "vb/vb.h"
+
+namespace vantrel::macros {
+namespace {
+
+constexpr int16_t kF1 = 112;
+constexpr int16_t kF12 = 123;
+constexpr int16_t kAltF12 = 135;
+constexpr int16_t kCtrlF12 = 147;
+constexpr int16_t kNoShift = 0;
+constexpr int16_t kCtrl = 2;
+constexpr int16_t kAlt = 4;
+constexpr int16_t kRowLength = 12;
+constexpr int16_t kRightButton = 2;
+
+}  // namespace
+
+MMacros::MMacros(MacroNeighbours n) : n_(n), c_(n.controls) {
+  // Enabled but silent until the first loop: see btnF_Click's focus rule.
+  c_.LoopTimer.SetInterval(0);
+  c_.LoopTimer.SetEnabled(true);
+  c_.LoopTimer.OnTimer([this] { LoopTimer_Timer(); });
+}
+
+void MMacros::btnF_Click(int16_t Index) {
+  CancelMacroLoop();
+  LastMacroIndex = Index;
+  if (!FocusMoved && n_.activeField != nullptr) {
+    platform::TextBox& field = *n_.activeField;
+    field.SetSelStart(static_cast<int>(field.Text().size()));
+    field.SetFocus();
+  }
+  if (!c_.LoopTimer.Enabled()) FocusMoved = true;
+  Notice("macro " + std::to_string(Index));
+  QueueMacro(n_.macros.MacroTexts.at(static_cast<size_t>(Index)));
+}
+
+// Codes are compared as characters, so ALT F1 (112, "p") finds "&P".
+bool MMacros::FireHotKey(int16_t keyCode) {
+  if (keyCode < 0 || keyCode > 255) return false;
+  const std::string hotKey{'&',
+                           static_cast<char>(vb::UCaseAnsi(static_cast<unsigned char>(keyCode)))};
+  for (int16_t i = 1; i <= kMacroCount; ++i) {
+    if (vb::UCase(n_.macros.MacroCaptions[static_cast<size_t>(i)]).find(hotKey) !=
+        std::string::npos) {
+      btnF_Click(i);
+      return true;
+    }
+  }
+  return false;
+}
+
+// The codes past F12 are what INS may stand for: the ALT and CTRL rows,
+// whatever modifiers are down.
+void MMacros::DispatchFunctionKey(int16_t keyCode, int16_t shift) {
+  if (keyCode > kF12 && keyCode <= kAltF12) {
+    keyCode = static_cast<int16_t>(keyCode - kRowLength);
+    shift = kAlt;
+  } else if (keyCode > kAltF12 && keyCode <= kCtrlF12) {
+    keyCode = static_cast<int16_t>(keyCode - 2 * kRowLength);
+    shift = kCtrl;
+  }
+  if (keyCode < kF1 || keyCode > kF12) return;
+  const auto index = static_cast<int16_t>(keyCode - kF1 + 1);
+  switch (shift) {
+    case kNoShift: btnF_Click(index); break;
+    case kAlt: btnF_Click(static_cast<int16_t>(index + kRowLength)); break;
+    case kCtrl: btnF_Click(static_cast<int16_t>(index + 2 * kRowLength)); break;
+    default: break;  // SHIFT and any mix fire nothing
+  }
+}
+
+// LoopDelay is 0 by now, so the click below keeps the looping colour.
+void MMacros::LoopTimer_Timer() {
+  n_.cw.LoopDelay = 0;
+  c_.LoopTimer.SetEnabled(false);
+  btnF_Click(LastMacroIndex);
+}
+
+void MMacros::btnf_MouseEnter(int16_t Index) {
+  const auto i = static_cast<size_t>(Index);
+  const MacroState& m = n_.macros;
+  platform::CommandButton& button = c_.btnf[Index];
+  button.SetBackColor(m.MacroOverBackColors[i]);
+  button.SetForeColor(m.MacroOverForeColors[i]);
+  button.SetFontName(m.MacroOverFontNames[i]);
+  button.SetFontSize(m.MacroOverFontSizes[i]);
+  button.SetFontBold(m.MacroOverFontBolds[i]);
+  button.SetFontItalic(m.MacroOverFontItalics[i]);
+}
+
+void MMacros::btnf_MouseLeave(int16_t Index) {
+  const auto i = static_cast<size_t>(Index);
+  const MacroState& m = n_.macros;
+  platform::CommandButton& button = c_.btnf[Index];
+  button.SetBackColor(m.MacroBackColors[i]);
+  button.SetForeColor(m.MacroForeColors[i]);
+  button.SetFontName(m.MacroFontNames[i]);
+  button.SetFontSize(m.MacroFontSizes[i]);
+  button.SetFontBold(m.MacroFontBolds[i]);
+  button.SetFontItalic(m.MacroFontItalics[i]);
+}
+
+// Any press closes the editor, whatever it holds: edits not confirmed are lost.
+void MMacros::btnf_MouseDown(int16_t Index, int16_t /*Button*/) {
+  n_.editor.UnloadMacroSetup();
+  c_.btnf[Index].SetForeColorOnMouse(n_.macros.MacroOverForeColors[static_cast<size_t>(Index)]);
+}
+
+// The right button edits; only the left one clicks.
+void MMacros::btnf_MouseUp(int16_t Index, int16_t Button) {
+  if (Button == kRightButton) n_.editor.ShowMacroSetup(Index);
+}
+
+}  // namespace vantrel::macros
