@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "app/link_window.h"
+#include "report.h"
 #include "app/vantrel.h"
 #include "loggerlink/logger_link.h"
 #include "platform/linux/link_protocol.h"
@@ -31,19 +32,8 @@ namespace {
 
 using namespace vantrel;
 using Clock = std::chrono::steady_clock;
-
-constexpr const char* kBegin = "<!-- poll link: begin -->";
-constexpr const char* kEnd = "<!-- poll link: end -->";
-
-struct Stats {
-  double median = 0, p99 = 0, max = 0;
-};
-
-Stats Summarise(std::vector<double> us) {
-  std::sort(us.begin(), us.end());
-  const auto at = [&](double q) { return us[static_cast<size_t>(q * (us.size() - 1))]; };
-  return {at(0.5), at(0.99), us.back()};
-}
+using bench::Stats;
+using bench::Summarise;
 
 // The logger's half: its memory and a socket that takes the posts.
 struct Logger {
@@ -158,7 +148,7 @@ int main(int argc, char** argv) {
   const Stats q = Summarise(quiet), c = Summarise(changed);
 
   std::ostringstream section;
-  section << kBegin << "\n## Polling the logger link\n\n"
+  section << "## Polling the logger link\n\n"
           << "Made by `./build/bench/loggerlink/bench_poll_link --polls " << polls
           << " --write docs/performance.md`. `PollLink` on the real shared memory (POSIX, "
           << "1280 bytes) with the window's fields in memory, " << polls
@@ -168,20 +158,7 @@ int main(int argc, char** argv) {
           << "what a poll costs off the letter gap; the shortest, at 99 WPM, is 36 ms.\n\n"
           << "| poll | median µs | p99 µs | max µs |\n|---|---:|---:|---:|\n"
           << Row("nothing changed", q) << Row("the call changed: written back and posted", c) << "\n"
-          << kEnd;
-  std::printf("%s\n", section.str().c_str());
-  if (!writePath.empty()) {
-    std::ifstream in(writePath);
-    std::stringstream old;
-    old << in.rdbuf();
-    std::string doc = old.str();
-    const auto b0 = doc.find(kBegin), e0 = doc.find(kEnd);
-    if (b0 != std::string::npos && e0 != std::string::npos) {
-      doc.replace(b0, e0 + std::string(kEnd).size() - b0, section.str());
-    } else {
-      doc += "\n" + section.str() + "\n";
-    }
-    std::ofstream(writePath) << doc;
-  }
+         ;
+  bench::Publish("poll link", section.str(), writePath);
   return 0;
 }

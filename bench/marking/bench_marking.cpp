@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "report.h"
 #include "app/vantrel.h"
 #include "platform/memory/memory_platform.h"
 #include "platform/qt/frm_vantrel_window.h"
@@ -25,19 +26,8 @@ namespace {
 
 using namespace vantrel;
 using Clock = std::chrono::steady_clock;
-
-constexpr const char* kBegin = "<!-- marking: begin -->";
-constexpr const char* kEnd = "<!-- marking: end -->";
-
-struct Stats {
-  double median = 0, p99 = 0, max = 0;
-};
-
-Stats Summarise(std::vector<double> us) {
-  std::sort(us.begin(), us.end());
-  const auto at = [&](double q) { return us[static_cast<size_t>(q * (us.size() - 1))]; };
-  return {at(0.5), at(0.99), us.back()};
-}
+using bench::Stats;
+using bench::Summarise;
 
 // The keyer over the real window, its ports and clock in memory.
 struct Rig {
@@ -160,7 +150,7 @@ int main(int argc, char** argv) {
                 (last.p99 + lastRepaint.p99) / 36000.0 * 100);
 
   std::ostringstream section;
-  section << kBegin << "\n## Marking the send position\n\n"
+  section << "## Marking the send position\n\n"
           << "Made by `./build/bench/marking/bench_marking --steps " << steps
           << " --write docs/performance.md`. The window's text box (a QTextEdit, offscreen) "
           << "holds a long text; " << steps
@@ -171,20 +161,7 @@ int main(int argc, char** argv) {
           << "whole paragraph out again. The shortest letter gap, at 99 WPM, is 36 ms.\n\n"
           << "| characters | timed | median µs | p99 µs | max µs |\n|---:|---|---:|---:|---:|\n"
           << table.str() << "\n"
-          << summary << kEnd;
-  std::printf("%s\n", section.str().c_str());
-  if (!writePath.empty()) {
-    std::ifstream in(writePath);
-    std::stringstream old;
-    old << in.rdbuf();
-    std::string doc = old.str();
-    const auto b0 = doc.find(kBegin), e0 = doc.find(kEnd);
-    if (b0 != std::string::npos && e0 != std::string::npos) {
-      doc.replace(b0, e0 + std::string(kEnd).size() - b0, section.str());
-    } else {
-      doc += "\n" + section.str() + "\n";
-    }
-    std::ofstream(writePath) << doc;
-  }
+          << summary;
+  bench::Publish("marking", section.str(), writePath);
   return 0;
 }

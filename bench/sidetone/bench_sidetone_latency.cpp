@@ -15,6 +15,7 @@
 #include <thread>
 #include <vector>
 
+#include "report.h"
 #include "platform/linux/portaudio_sound.h"
 #include "platform/memory/memory_text_box.h"
 #include "platform/memory/trace.h"
@@ -23,19 +24,8 @@
 namespace {
 
 using namespace vantrel;
-constexpr const char* kBegin = "<!-- sidetone: begin -->";
-constexpr const char* kEnd = "<!-- sidetone: end -->";
-
-struct Stats {
-  double median = 0, p99 = 0;
-};
-
-Stats Summarise(std::vector<double> ms) {
-  std::sort(ms.begin(), ms.end());
-  const auto at = [&](double q) { return ms[static_cast<size_t>(q * (ms.size() - 1))]; };
-  return {at(0.5), at(0.99)};
-}
-
+using bench::Stats;
+using bench::Summarise;
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -91,23 +81,10 @@ int main(int argc, char** argv) {
                 h.median, h.p99, c.median, c.p99, handed.size(), tones,
                 starts.outputLatencyS * 1e3);
   std::ostringstream section;
-  section << kBegin << "\n## Sidetone latency\n\n"
+  section << "## Sidetone latency\n\n"
           << "Made by `./build/bench/sidetone/bench_sidetone_latency --tones " << tones
           << " --write docs/performance.md` on the default output device.\n\n"
-          << table << kEnd;
-  std::printf("%s\n", section.str().c_str());
-  if (!writePath.empty()) {
-    std::ifstream in(writePath);
-    std::stringstream old;
-    old << in.rdbuf();
-    std::string doc = old.str();
-    const auto b0 = doc.find(kBegin), e0 = doc.find(kEnd);
-    if (b0 != std::string::npos && e0 != std::string::npos) {
-      doc.replace(b0, e0 + std::string(kEnd).size() - b0, section.str());
-    } else {
-      doc += "\n" + section.str() + "\n";
-    }
-    std::ofstream(writePath) << doc;
-  }
+          << table;
+  bench::Publish("sidetone", section.str(), writePath);
   return 0;
 }
