@@ -64,6 +64,8 @@ class MMacros : public platform::MacroLoop {
   bool FocusMoved = false;
 
  private:
+  // The button's look under the mouse or away from it.
+  void ShowLook(int16_t Index, bool underMouse);
   // The steps of the expansion that take an argument or a value.
   void LinkCommandStep(std::string& text, const std::string& word, bool hex);
   void MessageStep(std::string& text);

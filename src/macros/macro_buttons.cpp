@@ -80,28 +80,20 @@ void MMacros::LoopTimer_Timer() {
   btnF_Click(LastMacroIndex);
 }
 
-void MMacros::btnf_MouseEnter(int16_t Index) {
-  const auto i = static_cast<size_t>(Index);
-  const MacroState& m = n_.macros;
-  platform::CommandButton& button = c_.btnf[Index];
-  button.SetBackColor(m.MacroOverBackColors[i]);
-  button.SetForeColor(m.MacroOverForeColors[i]);
-  button.SetFontName(m.MacroOverFontNames[i]);
-  button.SetFontSize(m.MacroOverFontSizes[i]);
-  button.SetFontBold(m.MacroOverFontBolds[i]);
-  button.SetFontItalic(m.MacroOverFontItalics[i]);
-}
+void MMacros::btnf_MouseEnter(int16_t Index) { ShowLook(Index, true); }
 
-void MMacros::btnf_MouseLeave(int16_t Index) {
+void MMacros::btnf_MouseLeave(int16_t Index) { ShowLook(Index, false); }
+
+void MMacros::ShowLook(int16_t Index, bool underMouse) {
   const auto i = static_cast<size_t>(Index);
   const MacroState& m = n_.macros;
   platform::CommandButton& button = c_.btnf[Index];
-  button.SetBackColor(m.MacroBackColors[i]);
-  button.SetForeColor(m.MacroForeColors[i]);
-  button.SetFontName(m.MacroFontNames[i]);
-  button.SetFontSize(m.MacroFontSizes[i]);
-  button.SetFontBold(m.MacroFontBolds[i]);
-  button.SetFontItalic(m.MacroFontItalics[i]);
+  button.SetBackColor((underMouse ? m.MacroOverBackColors : m.MacroBackColors)[i]);
+  button.SetForeColor((underMouse ? m.MacroOverForeColors : m.MacroForeColors)[i]);
+  button.SetFontName((underMouse ? m.MacroOverFontNames : m.MacroFontNames)[i]);
+  button.SetFontSize((underMouse ? m.MacroOverFontSizes : m.MacroFontSizes)[i]);
+  button.SetFontBold((underMouse ? m.MacroOverFontBolds : m.MacroFontBolds)[i]);
+  button.SetFontItalic((underMouse ? m.MacroOverFontItalics : m.MacroFontItalics)[i]);
 }
 
 // Any press closes the editor, whatever it holds: edits not confirmed are lost.

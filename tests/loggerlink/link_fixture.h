@@ -11,6 +11,7 @@
 
 #include "app/link_window.h"
 #include "app/vantrel.h"
+#include "support/trace_queries.h"
 #include "loggerlink/logger_link.h"
 #include "platform/memory/memory_platform.h"
 #include "settings/settings_store.h"
@@ -52,24 +53,10 @@ class LinkFixture : public ::testing::Test {
   }
 
   std::vector<std::string> EventsStartingWith(const std::vector<std::string>& prefixes) const {
-    std::vector<std::string> kept;
-    for (const std::string& event : p.trace.Events()) {
-      for (const std::string& prefix : prefixes) {
-        if (event.rfind(prefix, 0) == 0) {
-          kept.push_back(event);
-          break;
-        }
-      }
-    }
-    return kept;
+    return testing::EventsStartingWith(p.trace, prefixes);
   }
   std::vector<double> TimesOf(const std::string& event) const {
-    std::vector<double> times;
-    for (const std::string& line : p.trace.Lines()) {
-      const auto space = line.find(' ');
-      if (line.substr(space + 1) == event) times.push_back(std::strtod(line.c_str(), nullptr));
-    }
-    return times;
+    return testing::TimesOf(p.trace, event);
   }
 
   platform::Platform LinkedPlatform() {
