@@ -5,6 +5,7 @@
 #include "macros/m_macros.h"
 #include "settings/settings_store.h"
 #include "vb/vb.h"
+#include "winkey/winkey_protocol.h"
 
 namespace vantrel::macros {
 namespace {
@@ -13,8 +14,6 @@ constexpr int32_t kClearLog = 700;
 constexpr int32_t kBookmark = 750;
 constexpr int32_t kRotor = 800;
 constexpr int32_t kLoopStep = 5000;
-constexpr char kWinKeySpeed = 0x1C;
-constexpr char kWinKeyMessage = 0x0E;
 // Both routes keep a speed word within what a keyer chip takes.
 constexpr int16_t kSlowest = 1;
 constexpr int16_t kFastest = 99;
@@ -171,7 +170,9 @@ void MMacros::MessageStep(std::string& text) {
     if (q == p + word.size() + 1 && n_.winkey.IsWinKey2()) {
       const double number = vb::Val(text.substr(p + word.size(), 1));
       if (number >= 1 && number < 7) {
-        n_.winkey.WriteWinKey(std::string{0x00, kWinKeyMessage, static_cast<char>(number)});
+        n_.winkey.WriteWinKey(std::string{static_cast<char>(winkey::protocol::kAdmin),
+                                           static_cast<char>(winkey::protocol::kAdminPlayMessage),
+                                           static_cast<char>(number)});
       }
     }
     text.erase(p, q - p + 1);
@@ -223,7 +224,8 @@ void MMacros::StepSpeed(int16_t by) {
                              std::to_string(chip.WinKeySpeed));
     // With the pot in charge the chip's speed is its own.
     if (!chip.WinKeyAnalogSpeed) {
-      n_.winkey.WriteWinKey(std::string{kWinKeySpeed, static_cast<char>(chip.WinKeySpeed)});
+      n_.winkey.WriteWinKey(std::string{static_cast<char>(winkey::protocol::kBufferedSpeed),
+                                           static_cast<char>(chip.WinKeySpeed)});
       n_.core.ShowSpeed(chip.WinKeySpeed);
     }
   } else {

@@ -3,6 +3,7 @@
 
 #include "sending/morse_table.h"
 #include "sending/sending_core.h"
+#include "winkey/winkey_protocol.h"
 
 namespace vantrel::sending {
 namespace {
@@ -28,9 +29,10 @@ bool StepSpeed(int16_t& wpm, int16_t step) {
 }  // namespace
 
 void SendingCore::SendWinKeySpeed(int16_t wpm) {
-  constexpr char kSetSpeed = 0x1C;
   // The chip takes a speed as one byte; one it cannot hold is not sent.
-  if (wpm >= 0 && wpm <= 255) n_.winkey.WriteWinKey(std::string{kSetSpeed, static_cast<char>(wpm)});
+  if (wpm < 0 || wpm > 255) return;
+  n_.winkey.WriteWinKey(
+      std::string{static_cast<char>(winkey::protocol::kBufferedSpeed), static_cast<char>(wpm)});
 }
 
 bool SendingCore::WinKeyRoute() const { return c_.mnuWinKey.Checked() || c_.mnuWinKey2.Checked(); }

@@ -1,11 +1,11 @@
 #include "sending/sending_core.h"
+#include "winkey/winkey_protocol.h"
 
 namespace vantrel::sending {
 namespace {
 
 constexpr int32_t kTransmitting = 900;
 constexpr int32_t kHoldRadioPolling = 150;
-constexpr char kWinKeyTune = 0x0B;
 constexpr const char* kMainSection = "frmVantrel Settings";
 
 }  // namespace
@@ -133,7 +133,8 @@ void SendingCore::mnuabort_click() {
 
 void SendingCore::mnuTune_Click() {
   if (WinKeyRoute()) {
-    n_.winkey.WriteWinKey(std::string{kWinKeyTune, static_cast<char>(cw_.TuneActive ? 0 : 1)});
+    n_.winkey.WriteWinKey(std::string{static_cast<char>(winkey::protocol::kKeyImmediate),
+                                         static_cast<char>(cw_.TuneActive ? 0 : 1)});
   } else if (cw_.TuneActive) {
     TuneStop();
   } else {

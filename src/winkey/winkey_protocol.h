@@ -14,6 +14,7 @@ inline constexpr uint8_t kAdminReset = 0x01;
 inline constexpr uint8_t kAdminHostOpen = 0x02;
 inline constexpr uint8_t kAdminHostClose = 0x03;
 inline constexpr uint8_t kAdminEcho = 0x04;
+inline constexpr uint8_t kAdminPlayMessage = 0x0E;  // a stored message, 1 to 6; WinKey2 only
 // The byte that ends calibration, 100 ms after kAdminCalibrate.
 inline constexpr uint8_t kCalibrateEnd = 0xFF;
 
