@@ -90,10 +90,30 @@ class MemoryStatusPanel : public MemoryPlacedBase<MemoryControlBase<StatusPanel>
   Colour foreColor_ = 0;
 };
 
-class MemoryComboBox : public MemoryPlacedBase<MemoryControlBase<ComboBox>> {
+// What both in-memory lists keep: the entries, the chosen one, the click.
+template <typename Base>
+class MemoryListBase : public Base {
+ public:
+  int16_t ListCount() const override { return static_cast<int16_t>(items.size()); }
+  int16_t ListIndex() const override { return index_; }
+  void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
+
+  std::vector<std::string> items;
+
+ protected:
+  void Choose(int16_t index) {
+    index_ = index;
+    if (onClick_) onClick_();
+  }
+  int16_t index_ = -1;
+
+ private:
+  std::function<void()> onClick_;
+};
+
+class MemoryComboBox : public MemoryListBase<MemoryPlacedBase<MemoryControlBase<ComboBox>>> {
  public:
   std::string Text() const override { return index_ < 0 ? "" : items.at(index_); }
-  int16_t ListCount() const override { return static_cast<int16_t>(items.size()); }
   void AddItem(const std::string& item, int16_t index) override {
     items.insert(items.begin() + index, item);
   }
@@ -101,42 +121,21 @@ class MemoryComboBox : public MemoryPlacedBase<MemoryControlBase<ComboBox>> {
     items.erase(items.begin() + index);
     if (index_ >= ListCount()) index_ = -1;
   }
-  int16_t ListIndex() const override { return index_; }
-  void SetListIndex(int16_t index) override {
-    index_ = index;
-    if (onClick_) onClick_();
-  }
-  void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
-
-  std::vector<std::string> items;
-
- private:
-  int16_t index_ = -1;
-  std::function<void()> onClick_;
+  void SetListIndex(int16_t index) override { Choose(index); }
 };
 
-class MemoryListBox : public MemoryControlBase<ListBox> {
+class MemoryListBox : public MemoryListBase<MemoryControlBase<ListBox>> {
  public:
   void AddItem(const std::string& item) override { items.push_back(item); }
-  int16_t ListCount() const override { return static_cast<int16_t>(items.size()); }
   std::string List(int16_t index) const override { return items.at(static_cast<size_t>(index)); }
-  int16_t ListIndex() const override { return index_; }
   // An index past the entries selects none and raises no click.
   void SetListIndex(int16_t index) override {
     if (index < 0 || index >= ListCount()) {
       index_ = -1;
       return;
     }
-    index_ = index;
-    if (onClick_) onClick_();
+    Choose(index);
   }
-  void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
-
-  std::vector<std::string> items;
-
- private:
-  int16_t index_ = -1;
-  std::function<void()> onClick_;
 };
 
 class MemoryCommandButton : public MemoryControlBase<CommandButton> {
