@@ -79,15 +79,15 @@ struct Rig {
       : channel(logger.dir, logger.shm, [](const std::string& why) { std::fprintf(stderr, "%s\n", why.c_str()); },
                 ::geteuid()) {
     m.trace.SetMuted(true);
-    link.Attach(keyer.link, window);
+    link.Attach(keyer.link, window, keyer.winKey);
     keyer.store.LocateSettingsFile("/bench", "");
     keyer.form.Form_Load();
   }
   platform::memory::MemoryPlatform m;
   platform::linuxos::LinuxLinkChannel channel;
-  loggerlink::LoggerLinkLogic link{channel, m.controls, m.winkey};
+  loggerlink::LoggerLinkLogic link{channel, m.controls};
   app::Vantrel keyer{platform::Platform{m.controls, m.clock, m.queue, m.profile, m.wallClock, m.language,
-                                        m.parallel, m.cwControl, channel, m.sound, link, m.winkey,
+                                        m.parallel, m.cwControl, channel, m.sound, link,
                                         m.macroEditor, m.calibration},
                      {"/bench", ""}};
   app::FormLinkWindow window{keyer.form, [] {}, [](int16_t) {}};

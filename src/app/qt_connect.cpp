@@ -10,9 +10,8 @@
 
 namespace vantrel::app {
 
-// Keyer selection (mnuWinKey, mnuWinKey2, mnuSoftwareKeyer) and mnuPort
-// show without an action until their dialogs and the keyer switch exist; so
-// does the right click that opens a macro's editor.
+// mnuPort shows without an action until its dialogs exist; so does the
+// right click that opens a macro's editor.
 void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
   mainwindow::FrmVantrel& form = keyer.form;
   sending::SendingCore& core = keyer.core;
@@ -42,6 +41,9 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
       {"mnuVOX", [&core] { core.mnuVOX_Click(); }},
       {"mnuMOX", [&core] { core.mnuMOX_Click(); }},
       {"mnuDedicatedSerialPort", [&form] { form.mnuDedicatedSerialPort_Click(); }},
+      {"mnuWinKey", [&form] { form.mnuWinKey_Click(); }},
+      {"mnuWinKey2", [&form] { form.mnuWinKey2_Click(); }},
+      {"mnuSoftwareKeyer", [&form] { form.mnuSoftwareKeyer_Click(); }},
       {"mnuTX", [&core] { core.mnuTX_Click(); }},
       {"mnuAbort", [&core] { core.mnuabort_click(); }},
       {"mnuTune", [&core] { core.mnuTune_Click(); }},

@@ -13,6 +13,7 @@
 #include "sending/sending_core.h"
 #include "sending/sidetone.h"
 #include "settings/settings_store.h"
+#include "winkey/winkey_host.h"
 #include "winkey/winkey_settings.h"
 
 namespace vantrel::app {
@@ -24,23 +25,28 @@ class Vantrel {
         lines(cw, p.controls, sending::LinePorts{p.parallel, p.cwControl, p.linkChannel, link}),
         sidetone(cw, p.controls.CWTextBox, p.sound),
         core(cw, p.controls, p.scheduler, p.pump,
-             sending::SendingNeighbours{lines, winKeySettings, sidetone, p.link, p.winkey,
-                                        mMacros, p.calibration, store}),
+             sending::SendingNeighbours{lines, winKeySettings, sidetone, p.link, winKey, mMacros,
+                                        p.calibration, store}),
+        winKey(winKeyState, winkey::WinKeyNeighbours{cw, winKeySettings, link, p.controls,
+                                                     p.cwControl, p.scheduler, core, lines, p.link,
+                                                     mMacros}),
         form(p, mainwindow::ProgramState{cw, window, macros, winKeySettings, link}, core, lines,
-             sidetone, store, mMacros, std::move(environment)),
+             sidetone, store, mMacros, winKey, std::move(environment)),
         mMacros(macros::MacroNeighbours{cw, macros, window, winKeySettings, link, p.controls, core,
-                                        lines, p.link, p.winkey, p.macroEditor, store,
+                                        lines, p.link, winKey, p.macroEditor, store,
                                         form.ActiveField}) {}
 
   sending::CwState cw;
   mainwindow::MainWindowState window;
   macros::MacroState macros;
   winkey::WinKeySettings winKeySettings;
+  winkey::WinKeyState winKeyState;
   loggerlink::LinkState link;
   settings::SettingsStore store;
   sending::KeyLineDriver lines;
   sending::Sidetone sidetone;
   sending::SendingCore core;
+  winkey::WinKeyHost winKey;
   mainwindow::FrmVantrel form;
   // Built last: the core and the window hold it from the start but call it
   // only once events run.

@@ -23,6 +23,7 @@
 #include "platform/memory/recording_neighbours.h"
 #include "platform/memory/trace.h"
 #include "platform/qt/frm_vantrel_window.h"
+#include "platform/qt/qt_descriptor_watch.h"
 
 namespace {
 
@@ -79,26 +80,27 @@ int main(int argc, char** argv) {
   vantrel::platform::qt::FrmVantrelWindow window;
   linuxos::LinuxScheduler scheduler{linuxos::WaitMode::Sleep};
   linuxos::PpdevParallelPort parallel;
+  vantrel::platform::qt::QtDescriptorWatch watch;
   linuxos::TermiosSerialPort cwControl(configDir);
+  cwControl.UseWatch(watch);
   linuxos::IniProfileFile profile;
   linuxos::LinuxWallClock wallClock;
   linuxos::LinuxLanguage language(configDir);
   linuxos::PortAudioSoundSystem sound;
 
-  // Stand-ins until WinKey, the macro editor and the speed calibration land:
-  // they do nothing and keep no record.
+  // Stand-ins until the macro editor and the speed calibration land: they do
+  // nothing and keep no record.
   memory::Trace nowhere{[] { return 0.0; }};
   nowhere.SetMuted(true);
-  memory::RecordingWinKey winkey{nowhere};
   memory::RecordingMacroEditor macroEditor{nowhere};
   memory::RecordingCalibration calibration;
   linuxos::LinuxLinkChannel linkChannel;
-  vantrel::loggerlink::LoggerLinkLogic link{linkChannel, window.controls(), winkey};
+  vantrel::loggerlink::LoggerLinkLogic link{linkChannel, window.controls()};
 
   const vantrel::platform::Platform platform{
       window.controls(), scheduler, window.pump(), profile,     wallClock,
       language,          parallel,  cwControl,     linkChannel, sound,
-      link,              winkey,    macroEditor,   calibration};
+      link,              macroEditor, calibration};
   vantrel::app::Vantrel keyer(platform, {configDir, arguments.commandLine});
   vantrel::app::ConnectWindow(window, keyer);
   // The logger's "Close" closes the window as the operator does; its window
@@ -112,7 +114,7 @@ int main(int argc, char** argv) {
           window.widget().showNormal();
         }
       }};
-  link.Attach(keyer.link, linkWindow);
+  link.Attach(keyer.link, linkWindow, keyer.winKey);
 
   keyer.form.Form_Load();
   window.widget().show();

@@ -40,9 +40,10 @@ bool LinkKey(double v, int16_t& KeyCode, int16_t& Shift) {
   return true;
 }
 
-void LoggerLinkLogic::Attach(LinkState& state, LinkWindow& window) {
+void LoggerLinkLogic::Attach(LinkState& state, LinkWindow& window, platform::WinKeyLink& winkey) {
   s_ = &state;
   window_ = &window;
+  winkey_ = &winkey;
   for (std::string& copy : s_->Slots) {
     if (copy.size() != kSlotText) copy.assign(kSlotText, '\0');
   }
@@ -117,7 +118,7 @@ void LoggerLinkLogic::PollLink() {
   // A number beyond 16 bits is no radio; it changes nothing.
   if (radio != s.ActiveRadio && radio > -32768.5 && radio < 32767.5) {
     s.ActiveRadio = static_cast<int16_t>(vb::RoundHalfEven(radio));
-    winkey_.SelectWinKeyRadio(s.ActiveRadio);
+    winkey_->SelectWinKeyRadio();
   }
 }
 

@@ -34,13 +34,12 @@ bool LinkKey(double v, int16_t& KeyCode, int16_t& Shift);
 
 class LoggerLinkLogic : public platform::LoggerLink {
  public:
-  LoggerLinkLogic(platform::LinkChannel& channel, platform::MainWindowControls& controls,
-                  platform::WinKeyLink& winkey)
-      : channel_(channel), c_(controls), winkey_(winkey) {}
+  LoggerLinkLogic(platform::LinkChannel& channel, platform::MainWindowControls& controls)
+      : channel_(channel), c_(controls) {}
 
-  // The handles start-up finds, and the window the commands act on; until
-  // then the link does nothing.
-  void Attach(LinkState& state, LinkWindow& window);
+  // The handles start-up finds, the window the commands act on and the chip
+  // that follows the radio; until then the link does nothing.
+  void Attach(LinkState& state, LinkWindow& window, platform::WinKeyLink& winkey);
 
   void PollLink() override;
   void PostLink(int32_t code, int32_t value) override;
@@ -59,8 +58,8 @@ class LoggerLinkLogic : public platform::LoggerLink {
 
   platform::LinkChannel& channel_;
   platform::MainWindowControls& c_;
-  platform::WinKeyLink& winkey_;
   LinkState* s_ = nullptr;
+  platform::WinKeyLink* winkey_ = nullptr;
   LinkWindow* window_ = nullptr;
 };
 

@@ -27,7 +27,7 @@ std::string Trimmed(const std::string& text) {
 FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
                        sending::SendingCore& core, sending::KeyLineDriver& lines,
                        platform::ToneOutput& sidetone, settings::SettingsStore& store,
-                       platform::MacroLoop& macroLoop,
+                       platform::MacroLoop& macroLoop, platform::WinKeyLink& winkey,
                        StartupEnvironment environment)
     : p_(platform),
       c_(platform.controls),
@@ -38,6 +38,7 @@ FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
       sidetone_(sidetone),
       store_(store),
       macroLoop_(macroLoop),
+      winkey_(winkey),
       environment_(std::move(environment)) {
   c_.CWTextBox.OnChange([this] { CWTextBox_Change(); });
   c_.Timer1.OnTimer([this] { Timer1_Timer(); });
@@ -45,6 +46,7 @@ FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
   c_.NameField.OnChange([this] { NameField_Change(); });
   c_.SRXField.OnChange([this] { SRXField_Change(); });
   c_.cmbPrevious.OnClick([this] { cmbPrevious_Click(); });
+  c_.sBar.OnClick([this](int16_t button) { StepSpeedFromPanel(button); });
   c_.Timer1.SetInterval(kPollInterval);
   // A port that fails under a transmission ends it as a close request does;
   // the report is then text like any other.
@@ -100,7 +102,7 @@ void FrmVantrel::Form_Load() {
     sidetone_.CreateSidetone();
     lines_.OpenKeyerPort();
   } else {
-    p_.winkey.OpenWinKeyPort();
+    winkey_.OpenWinKeyPort();
   }
   c_.CallsignField.SetVisible(true);
   c_.cmbPrevious.SetVisible(true);
@@ -151,7 +153,7 @@ void FrmVantrel::Form_Unload() {
   c_.Timer1.SetEnabled(false);
   p_.linkChannel.UnmapViewOfFile(s_.link.LinkView);
   p_.linkChannel.CloseHandle(s_.link.LinkMapping);
-  p_.winkey.CloseWinKeyHost();
+  winkey_.CloseWinKeyHost();
   if (p_.cwControl.PortOpen()) p_.cwControl.SetPortOpen(false);
   p_.parallel.Release();
   if (!c_.frmVantrel.Minimized()) {
@@ -175,14 +177,14 @@ void FrmVantrel::mnuDedicatedSerialPort_Click() {
     port.SetPortOpen(false);
     c_.KeyBox.SetPicture(platform::Picture::Red);
   } else {
-    p_.winkey.OpenWinKeyPort();
+    winkey_.OpenWinKeyPort();
   }
   c_.mnuDedicatedSerialPort.SetChecked(port.PortOpen());
   if (!port.Error().empty()) lines_.ReportPortError();
 }
 
 void FrmVantrel::CWTextBox_Change() {
-  if (!c_.mnuSoftwareKeyer.Checked() && !p_.winkey.WinKeyOpen()) return;
+  if (!c_.mnuSoftwareKeyer.Checked() && !winkey_.WinKeyOpen()) return;
   if (c_.CWTextBox.Text().empty() || !StartupDone) return;
 
   const bool holding = cw_.Transmitting && cw_.SlowTyping && cw_.WaitingForText;
@@ -194,7 +196,7 @@ void FrmVantrel::CWTextBox_Change() {
   if (c_.mnuMOX.Checked()) {
     c_.mnuTX.SetEnabled(true);
   } else if (core_.WinKeyRoute()) {
-    if (p_.winkey.PortOpen()) p_.winkey.StartWinKeyRun();
+    if (winkey_.PortOpen()) winkey_.StartWinKeyRun();
   } else {
     core_.StartNewTransmission();
   }

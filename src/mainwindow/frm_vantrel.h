@@ -41,7 +41,7 @@ class FrmVantrel {
   FrmVantrel(const platform::Platform& platform, ProgramState state, sending::SendingCore& core,
              sending::KeyLineDriver& lines, platform::ToneOutput& sidetone,
              settings::SettingsStore& store, platform::MacroLoop& macroLoop,
-             StartupEnvironment environment);
+             platform::WinKeyLink& winkey, StartupEnvironment environment);
 
   // Brings the keyer up in its fixed order.
   void Form_Load();
@@ -100,6 +100,13 @@ class FrmVantrel {
   void mnuKeying_Click();
   void mnuDedicatedSerialPort_Click();
 
+  // The keyer in use, one tick of three; a click on the ticked one unticks it.
+  void mnuWinKey_Click();
+  void mnuWinKey2_Click();
+  void mnuSoftwareKeyer_Click();
+  // A click on the speed panel: 1 the left button.
+  void StepSpeedFromPanel(int16_t Button);
+
   // Appearance: each starts its dialog from the present value and writes the result.
   void mnuWPMColor_Click();
   void mnutextfont_Click();
@@ -123,6 +130,7 @@ class FrmVantrel {
 
  private:
   void OpenLink();
+  void SelectKeyer(platform::MenuItem& clicked, platform::MenuItem& other, const char* keyer);
   // The four show/hide entries work alike.
   void ToggleShown(platform::MenuItem& entry, platform::Control& panel, const char* key);
   void TickSerialZero(platform::MenuItem& entry, const char* value);
@@ -143,6 +151,7 @@ class FrmVantrel {
   platform::ToneOutput& sidetone_;
   settings::SettingsStore& store_;
   platform::MacroLoop& macroLoop_;
+  platform::WinKeyLink& winkey_;
   StartupEnvironment environment_;
 };
 

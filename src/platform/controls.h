@@ -75,6 +75,8 @@ class StatusPanel : public PlacedControl {
   virtual void SetCaption(const std::string& caption) = 0;
   virtual Colour ForeColor() const = 0;
   virtual void SetForeColor(Colour colour) = 0;
+  // A mouse button pressed on the panel: 1 left, 2 right, 4 middle.
+  virtual void OnClick(std::function<void(int16_t button)> handler) = 0;
 };
 
 class CommandButton : public Control {

@@ -19,6 +19,10 @@ class ToneOutput {
   virtual void ToneOff() = 0;
 };
 
+// Codes of the events the keyer posts to the logger, each with 1 or 0.
+inline constexpr int32_t kPostTransmitting = 900;
+inline constexpr int32_t kPostHoldRadioPolling = 150;
+
 class LoggerLink {
  public:
   virtual ~LoggerLink() = default;
@@ -52,7 +56,7 @@ class WinKeyLink {
   // Sends the host close if the chip is open.
   virtual void CloseWinKeyHost() = 0;
   // The chip's key output to the radio the logger has made active.
-  virtual void SelectWinKeyRadio(int16_t activeRadio) = 0;
+  virtual void SelectWinKeyRadio() = 0;
 };
 
 // The macros as the core and the window reach them: the loop that repeats

@@ -27,7 +27,6 @@ struct Platform {
   LinkChannel& linkChannel;
   SoundSystem& sound;
   LoggerLink& link;
-  WinKeyLink& winkey;
   MacroEditor& macroEditor;
   SpeedCalibration& calibration;
 };

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace vantrel::platform {
@@ -44,6 +45,9 @@ class SerialPort : public PortDevice {
   virtual int InBufferCount() = 0;
   virtual std::string Input() = 0;
   virtual void Output(const std::string& bytes) = 0;
+  // Runs on the event loop's thread whenever bytes have come in while the
+  // port is open: the chip's replies come unasked.
+  virtual void OnReceive(std::function<void()> handler) = 0;
 };
 
 }  // namespace vantrel::platform

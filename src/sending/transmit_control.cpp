@@ -4,8 +4,8 @@
 namespace vantrel::sending {
 namespace {
 
-constexpr int32_t kTransmitting = 900;
-constexpr int32_t kHoldRadioPolling = 150;
+using platform::kPostHoldRadioPolling;
+using platform::kPostTransmitting;
 constexpr const char* kMainSection = "frmVantrel Settings";
 
 }  // namespace
@@ -21,8 +21,8 @@ void SendingCore::StartTransmission() {
   cw_.SendPosition = 0;
   cw_.Transmitting = true;
   DisableIdleControls();
-  n_.link.PostLink(kTransmitting, 1);
-  if (cw_.DisablePolling) n_.link.PostLink(kHoldRadioPolling, 1);
+  n_.link.PostLink(kPostTransmitting, 1);
+  if (cw_.DisablePolling) n_.link.PostLink(kPostHoldRadioPolling, 1);
   if (cw_.PTTEnabled) n_.lines.PTTLineOn();
 }
 
@@ -45,8 +45,8 @@ void SendingCore::EndTransmission() {
   cw_.WPM = cw_.SavedWPM;
   cw_.DotTime = ComputeDotLength(cw_.WPM);
   ShowSpeed(cw_.WPM);
-  n_.link.PostLink(kTransmitting, 0);
-  if (cw_.DisablePolling) n_.link.PostLink(kHoldRadioPolling, 0);
+  n_.link.PostLink(kPostTransmitting, 0);
+  if (cw_.DisablePolling) n_.link.PostLink(kPostHoldRadioPolling, 0);
   if (cw_.PTTEnabled) n_.lines.PTTLineOff();
   if (cw_.LogAfterSend) {
     n_.link.LogContact();
@@ -121,7 +121,7 @@ void SendingCore::mnuabort_click() {
   if (cw_.TuneActive) mnuTune_Click();
   if (WinKeyRoute()) {
     cw_.Transmitting = false;
-    if (n_.winKeySettings.WinKeyHoldRadioPolling) n_.link.PostLink(kHoldRadioPolling, 0);
+    if (n_.winKeySettings.WinKeyHoldRadioPolling) n_.link.PostLink(kPostHoldRadioPolling, 0);
     if (!n_.winKeySettings.WinKeyAnalogSpeed) SendWinKeySpeed(cw_.SavedWPM);
   } else {
     cw_.WPM = cw_.SavedWPM;

@@ -54,19 +54,19 @@ uint8_t SidetoneByte(const WinKeySettings& s, bool isWinKey2) {
 
 uint8_t BuildWinKeyPinByte(const WinKeySettings& s) {
   uint8_t pins = CommonPinBits(s);
-  if (!s.WinKeyPin3) return pins | 0x08;
-  pins |= 0x04;
-  if (s.WinKeySideTone) pins |= 0x02;
-  if (s.WinKeyPTT) pins |= 0x01;
+  if (!s.WinKeyPin3) return pins | protocol::kPinKeyOnPin5;
+  pins |= protocol::kPinKeyOnPin3;
+  if (s.WinKeySideTone) pins |= protocol::kPinSidetone;
+  if (s.WinKeyPTT) pins |= protocol::kPinPtt;
   return pins;
 }
 
 uint8_t BuildWinKey2PinByte(const WinKeySettings& s, int16_t activeRadio) {
   uint8_t pins = CommonPinBits(s);
-  if (activeRadio == 2) pins |= 0x08;
-  if (activeRadio == 1) pins |= 0x04;
-  if (s.WinKeySideTone) pins |= 0x02;
-  if (s.WinKeyPTT) pins |= 0x01;
+  if (activeRadio == 2) pins |= protocol::kPinKeyOnPin5;
+  if (activeRadio == 1) pins |= protocol::kPinKeyOnPin3;
+  if (s.WinKeySideTone) pins |= protocol::kPinSidetone;
+  if (s.WinKeyPTT) pins |= protocol::kPinPtt;
   return pins;
 }
 

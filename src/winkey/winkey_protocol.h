@@ -71,6 +71,12 @@ inline constexpr uint8_t kStatusBusy = 0x04;     // keying
 inline constexpr uint8_t kStatusKeyDown = 0x08;  // tune
 inline constexpr uint8_t kStatusWait = 0x10;
 
+// Pin configuration bits: which output keys the radio, sidetone, PTT.
+inline constexpr uint8_t kPinKeyOnPin5 = 0x08;
+inline constexpr uint8_t kPinKeyOnPin3 = 0x04;
+inline constexpr uint8_t kPinSidetone = 0x02;
+inline constexpr uint8_t kPinPtt = 0x01;
+
 // A host open is answered with the chip's revision: below this a WinKey.
 inline constexpr uint8_t kFirstWinKey2Revision = 20;
 

@@ -25,7 +25,7 @@ class LinkFixture : public ::testing::Test {
   // The keyer on `channel`, or on the in-memory logger without one.
   explicit LinkFixture(platform::LinkChannel* channel = nullptr)
       : channel_(channel ? *channel : p.linkChannel) {
-    link.Attach(keyer.link, window);
+    link.Attach(keyer.link, window, keyer.winKey);
   }
 
   void Start(const Settings& settings = {}, bool loggerRunning = true) {
@@ -63,14 +63,14 @@ class LinkFixture : public ::testing::Test {
     platform::memory::MemoryPlatform& m = p;
     return platform::Platform{m.controls, m.clock,     m.queue,     m.profile, m.wallClock,
                               m.language, m.parallel,  m.cwControl, channel_,  m.sound,
-                              link,       m.winkey,    m.macroEditor, m.calibration};
+                              link,       m.macroEditor, m.calibration};
   }
 
   static constexpr const char* kDirectory = "/vantrel";
 
   platform::memory::MemoryPlatform p;
   platform::LinkChannel& channel_;
-  loggerlink::LoggerLinkLogic link{channel_, p.controls, p.winkey};
+  loggerlink::LoggerLinkLogic link{channel_, p.controls};
   app::Vantrel keyer{LinkedPlatform(), {kDirectory, ""}};
   // What start-up showed, before Start cleared the trace.
   std::vector<std::string> startup;

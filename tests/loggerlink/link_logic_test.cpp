@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "link_fixture.h"
+#include "support/scripted_chip.h"
 
 namespace vantrel::loggerlink {
 namespace {
@@ -147,20 +148,25 @@ TEST_F(LinkLogic, APollNestedInACommandDoesNotRunItAgain) {
     void SetWindowState(int16_t /*state*/) override {}
   } nesting;
   nesting.link = &link;
-  link.Attach(keyer.link, nesting);
+  link.Attach(keyer.link, nesting, keyer.winKey);
   LoggerWrites(LinkSlot::LinkControl, "112");
   link.PollLink();
   EXPECT_EQ(nesting.keys, 1);
 }
 
 TEST_F(LinkLogic, ARadioChangeSelectsOnce) {
-  Start();
+  testing::ScriptedChip chip{"\x17"};
+  p.cwControl.device = &chip;
+  Start({{"Keyer to Use", "WinKey2"}, {"WinKey Port", "3"}});
+  chip.written.clear();
   LoggerWrites(LinkSlot::LinkRadio, "1");
   for (int i = 0; i < 3; ++i) link.PollLink();
   LoggerWrites(LinkSlot::LinkRadio, "2");
   for (int i = 0; i < 3; ++i) link.PollLink();
-  EXPECT_THAT(EventsStartingWith({"winkey radio"}), ElementsAre("winkey radio 1", "winkey radio 2"));
+  // The whole pin byte each time: PTT, and the key output of that radio.
+  EXPECT_EQ(chip.written, "\x09\x05\x09\x09");
   EXPECT_EQ(keyer.link.ActiveRadio, 2);
+  p.cwControl.device = nullptr;
 }
 
 TEST_F(LinkLogic, WritingASlotLeavesTheLoggersHalfAlone) {

@@ -24,6 +24,11 @@ class MacroFixture : public KeyerFixture {
   void Slot(LinkSlot slot, const std::string& text) {
     p.link.LoggerWrites(static_cast<int16_t>(slot), text);
   }
+  // A WinKey2 answered on the open port.
+  void OnWinKey2() {
+    keyer.winKeyState.IsWinKey2 = true;
+    p.cwControl.SetPortOpen(true);
+  }
 
  protected:
   void StartWithLogger(const Settings& settings = {}) {
@@ -131,12 +136,12 @@ const Case kCases[] = {
      "",
      {"link command \"HexCommand CDEF\""}},
     {"MessageOnWinKey2",
-     [](MacroFixture& f) { f.p.winkey.winKey2 = true; },
+     [](MacroFixture& f) { f.OnWinKey2(); },
      "$msg3$",
      "",
      {"winkey 00 0E 03"}},
     {"MessageSevenOrTwelve",
-     [](MacroFixture& f) { f.p.winkey.winKey2 = true; },
+     [](MacroFixture& f) { f.OnWinKey2(); },
      "$msg7$$msg12$",
      "",
      {}},
@@ -241,6 +246,7 @@ TEST_F(MacroFixture, SpeedWordsAreStoredForGood) {
 TEST_F(MacroFixture, SpeedWordsOnAChipGoToItUnlessThePotRules) {
   StartWithLogger({{"WinKey Speed", "15"}});
   p.mnuWinKey.SetChecked(true);
+  p.cwControl.SetPortOpen(true);
   Queued("$cwspeedup$");
   EXPECT_THAT(Outgoing(), ElementsAre("winkey 1C 10"));
   EXPECT_EQ(StoredSetting("WinKey Settings", "WinKey Speed"), "16");

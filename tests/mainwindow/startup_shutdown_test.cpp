@@ -121,16 +121,13 @@ TEST_F(StartupShutdown, CloseKeepsTheRectangleOnlyWhenNotMinimised) {
 }
 
 TEST_F(StartupShutdown, WinKeyStartOpensTheChipNotTheSidetoneAndClosesItsHost) {
-  keyer.store.LocateSettingsFile(kDirectory, "");
-  keyer.store.WriteSetting("frmVantrel Settings", "Keyer to Use", "WinKey2");
-  keyer.store.WriteSetting("frmVantrel Settings", "SideTone", "ON");
-  keyer.form.Form_Load();
-  EXPECT_THAT(p.trace.Events(), Contains("winkey port opened"));
-  EXPECT_THAT(p.trace.Events(), Not(Contains("sound device")));
-  p.winkey.open = true;
+  StartWithChip("WinKey2", "\x17", {{"SideTone", "ON"}});
+  EXPECT_TRUE(keyer.winKey.WinKeyOpen());
+  EXPECT_TRUE(p.sound.lastWritten.empty());  // no sidetone was made
   keyer.form.Form_Unload();
-  EXPECT_THAT(EventsStartingWith({"winkey 0"}), ElementsAre("winkey 00 03"));
-  EXPECT_FALSE(p.winkey.open);
+  EXPECT_THAT(EventsStartingWith({"winkey"}), ElementsAre("winkey 00 03"));
+  EXPECT_FALSE(keyer.winKey.WinKeyOpen());
+  EXPECT_FALSE(p.cwControl.PortOpen());
 }
 
 }  // namespace

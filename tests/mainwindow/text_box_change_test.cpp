@@ -16,23 +16,23 @@ TEST_F(TextBoxChange, NothingStartsBeforeStartUpHasFinished) {
 }
 
 TEST_F(TextBoxChange, NothingStartsWithoutAKeyer) {
-  Start({{"Keyer to Use", "WinKey"}});  // ticked, but no chip is open
-  p.winkey.portOpen = true;
+  StartWithChip("WinKey", "");  // ticked, the port open, but no chip answered
   p.CWTextBox.SetText("CQ");
-  EXPECT_EQ(p.winkey.runsStarted, 0);
+  EXPECT_EQ(chip.written, std::string("\x00\x02", 2));
   EXPECT_FALSE(cw.Transmitting);
 }
 
 TEST_F(TextBoxChange, WinKeyRouteHandsOverOnlyWithThePortOpen) {
-  Start({{"Keyer to Use", "WinKey"}});
-  p.winkey.open = true;
+  StartWithChip("WinKey", "\x0A");
+  p.cwControl.SetPortOpen(false);
   p.CWTextBox.SetText("CQ");
-  EXPECT_EQ(p.winkey.runsStarted, 0);
+  EXPECT_FALSE(cw.Transmitting);
   p.CWTextBox.SetText("");
-  p.winkey.portOpen = true;
+  p.cwControl.SetPortOpen(true);
+  chip.written.clear();
   p.CWTextBox.SetText("CQ");
-  EXPECT_EQ(p.winkey.runsStarted, 1);
-  EXPECT_TRUE(TimesOf("keybox green").empty());
+  EXPECT_TRUE(cw.Transmitting);
+  EXPECT_EQ(chip.written, "\x02\x0F" "C");  // the speed, then one character
 }
 
 TEST_F(TextBoxChange, MoxOnlyEnablesTheCommand) {

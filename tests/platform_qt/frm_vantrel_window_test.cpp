@@ -35,7 +35,7 @@ class FrmVantrelWindowTest : public ::testing::Test {
     linkChannel.loggerRunning = true;
     keyer = std::make_unique<app::Vantrel>(
         Platform{window.controls(), clock, window.pump(), files, wallClock, language, parallel,
-                 cwControl, linkChannel, sound, link, winkey, macroEditor, calibration},
+                 cwControl, linkChannel, sound, link, macroEditor, calibration},
         mainwindow::StartupEnvironment{kDirectory, ""});
     app::ConnectWindow(window, *keyer);
   }
@@ -76,7 +76,6 @@ class FrmVantrelWindowTest : public ::testing::Test {
   memory::MemoryLinkChannel linkChannel{trace};
   memory::MemorySoundSystem sound{trace};
   memory::RecordingLoggerLink link{trace};
-  memory::RecordingWinKey winkey{trace};
   memory::RecordingCalibration calibration;
   FrmVantrelWindow window;
   memory::RecordingMacroEditor macroEditor{trace};

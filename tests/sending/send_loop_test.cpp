@@ -192,15 +192,14 @@ TEST_F(SendLoop, MarkingLeavesUnsentTextInTheTypingColour) {
 class WinKeyRoute : public KeyerFixture {
  protected:
   void SetUp() override {
-    Start({{"Keyer to Use", "WinKey"}});
-    p.winkey.open = p.winkey.portOpen = true;
+    StartWithChip("WinKey", "\x0A");
     cw.Transmitting = true;
   }
   std::string StepAt(const std::string& text, int16_t position) {
     p.CWTextBox.SetText(text);
-    p.winkey.written.clear();
+    chip.written.clear();
     core.NextCharacter(position);
-    return p.winkey.written;
+    return chip.written;
   }
 };
 
@@ -222,9 +221,9 @@ TEST_F(WinKeyRoute, SpeedMarksGoToTheChip) {
   EXPECT_EQ(StepAt("\xBB\xBB"
                    "A",
                    1),
-            std::string("\x1C\x16\x1C\x18"
+            std::string("\x1C\x11\x1C\x13"
                         "A"));
-  EXPECT_EQ(cw.WPM, 24);
+  EXPECT_EQ(cw.WPM, 19);  // from the chip's 15
 }
 
 TEST_F(WinKeyRoute, AnalogSpeedKeepsMarksFromTheChip) {
@@ -233,7 +232,7 @@ TEST_F(WinKeyRoute, AnalogSpeedKeepsMarksFromTheChip) {
                    "A",
                    1),
             "A");
-  EXPECT_EQ(cw.WPM, 18);
+  EXPECT_EQ(cw.WPM, 13);
 }
 
 TEST_F(WinKeyRoute, NothingLeftToSendAbortsWithoutMarking) {

@@ -116,7 +116,7 @@ TEST_F(TransmitControl, TuneDoesNotSendTheTextAndItsEndRemovesIt) {
 }
 
 TEST_F(TransmitControl, TuneOnTheWinKeyRouteIsACommandToTheChip) {
-  Start({{"Keyer to Use", "WinKey2"}});
+  StartWithChip("WinKey2", "\x17");
   core.mnuTune_Click();
   core.mnuTune_Click();
   EXPECT_EQ(EventsStartingWith({"winkey", "key"}),

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "app/vantrel.h"
+#include "support/scripted_chip.h"
 #include "support/trace_queries.h"
 #include "platform/memory/memory_platform.h"
 #include "settings/settings_store.h"
@@ -29,8 +30,19 @@ class KeyerFixture : public ::testing::Test {
     }
     p.language.languageId = languageId;
     keyer.mMacros.OnNotice([this](const std::string& notice) { p.trace.Emit(notice); });
+    keyer.winKey.OnWrite([this](const std::string& bytes) {
+      p.trace.Emit("winkey " + platform::memory::Trace::Hex(bytes));
+    });
     keyer.form.Form_Load();
     p.trace.Clear();
+  }
+
+  // Starts on a chip at port 3 that answers host open with `reply`.
+  void StartWithChip(const std::string& keyer, const std::string& reply, Settings settings = {}) {
+    chip.reply = reply;
+    p.cwControl.device = &chip;
+    settings.insert(settings.begin(), {{"Keyer to Use", keyer}, {"WinKey Port", "3"}});
+    Start(settings);
   }
 
   // A value as the settings file holds it now.
@@ -62,6 +74,7 @@ class KeyerFixture : public ::testing::Test {
   static constexpr const char* kDirectory = "/vantrel";
 
   platform::memory::MemoryPlatform p;
+  ScriptedChip chip{""};
   app::Vantrel keyer{p.platform(), {kDirectory, ""}};
   sending::CwState& cw = keyer.cw;
   sending::SendingCore& core = keyer.core;

@@ -13,7 +13,8 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: vantrel-sim [--dir DIR] [--profile NAME] [--set \"KEY=VALUE\"]... [--language N]\n"
-    "                   [--until MS] [--real-time] [--quiet] [--logger|--link] SCRIPT|-\n"
+    "                   [--until MS] [--real-time] [--quiet] [--logger|--link]\n"
+    "                   [--chip-revision N] SCRIPT|-\n"
     "  --dir DIR        the configuration folder, its settings file read and written on disk\n"
     "                   (without it the settings live in memory)\n"
     "  --profile NAME   the keyer's command line: the settings file NAMEVantrel.INI\n"
@@ -24,6 +25,8 @@ constexpr const char* kUsage =
     "  --quiet          print no trace (for measuring the port from outside)\n"
     "  --logger         an in-memory logger runs; control and slot write its block\n"
     "  --link           the logger's real shared memory and socket, not the in-memory logger\n"
+    "  --chip-revision N  what the in-memory chip answers to host open (below 20 a WinKey,\n"
+    "                   20 and up a WinKey2); by default the kind \"Keyer to Use\" names\n"
     "  SCRIPT           lines of \"<ms> <verb> [args]\"; - reads standard input\n";
 
 [[noreturn]] void Fail(const std::string& message) {
@@ -66,6 +69,10 @@ int main(int argc, char** argv) {
       options.link = true;
     } else if (arg == "--logger") {
       options.logger = true;
+    } else if (arg == "--chip-revision" && hasValue) {
+      const long long revision = Number(argv[++i], "--chip-revision");
+      if (revision < 0 || revision > 127) Fail("--chip-revision takes a number from 0 to 127");
+      options.chipRevision = static_cast<int>(revision);
     } else if (arg == "--language" && hasValue) {
       const long long id = Number(argv[++i], "--language");
       if (id < 0 || id > 32767) Fail("--language takes a number from 0 to 32767");

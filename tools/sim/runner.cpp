@@ -12,6 +12,7 @@
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
 #include "platform/memory/memory_platform.h"
+#include "memory_chip.h"
 #include "real_time.h"
 #include "settings/settings_store.h"
 #include "vb/vb.h"
@@ -26,6 +27,7 @@ constexpr const char* kMemoryDirectory = "/vantrel";
 struct RealSystem {
   explicit RealSystem(const std::string& configDir) : serial(configDir) {
     platform::linuxos::InstallLineSafety();
+    serial.UseWatch(time);
   }
   RealQueueTime time;
   platform::linuxos::LinuxScheduler scheduler{platform::linuxos::WaitMode::Sleep};
@@ -38,12 +40,16 @@ class Session {
  public:
   Session(const RunOptions& options, platform::memory::MemoryPlatform& p)
       : options_(options), p_(p) {
-    if (options.realTime) real_.emplace(PortDirectory());
+    if (options.realTime) {
+      real_.emplace(PortDirectory());
+    } else {
+      chip_.emplace(ChipOptionsFor(options), p.cwControl, p.queue);
+    }
     if (options.directory) diskFiles_.emplace(disk_, p.trace);
     if (options.link) realLink_.emplace();
     p.linkChannel.loggerRunning = options.logger;
     p.language.languageId = options.languageId;
-    link_.emplace(Channel(), p.controls, p.winkey);
+    link_.emplace(Channel(), p.controls);
     keyer_.emplace(Platform(), mainwindow::StartupEnvironment{Directory(), options.profile});
     linkWindow_.emplace(
         keyer_->form, [this] { Close(); },
@@ -51,7 +57,7 @@ class Session {
           p_.frmVantrel.minimized = state == 1;
           p_.trace.Emit(state == 1 ? "window minimized" : "window normal");
         });
-    link_->Attach(keyer_->link, *linkWindow_);
+    link_->Attach(keyer_->link, *linkWindow_, keyer_->winKey);
   }
 
   app::Vantrel& keyer() { return *keyer_; }
@@ -67,6 +73,9 @@ class Session {
   void Close();
   // The logger writes a slot: the text, a NUL, blanks to 64 bytes.
   void LoggerWrites(loggerlink::LinkSlot slot, const std::string& text);
+  // The in-memory chip answers as the keyer chosen, unless told otherwise.
+  static winkeysim::ChipOptions ChipOptionsFor(const RunOptions& options);
+  winkeysim::MemoryChip& Chip(const ScriptEvent& event);
 
   platform::LinkChannel& Channel() {
     return realLink_ ? static_cast<platform::LinkChannel&>(*realLink_)
@@ -90,20 +99,21 @@ class Session {
                                         ? static_cast<platform::WallClock&>(wallClock_)
                                         : static_cast<platform::WallClock&>(p.wallClock);
     if (!real_) {
-      return platform::Platform{p.controls, p.clock,     p.queue,       files,  calendar,
-                                p.language, p.parallel,  p.cwControl,   Channel(), p.sound,
-                                *link_,     p.winkey,    p.macroEditor, p.calibration};
+      return platform::Platform{p.controls, p.clock,    p.queue,     files,     calendar,
+                                p.language, p.parallel, p.cwControl, Channel(), p.sound,
+                                *link_,     p.macroEditor, p.calibration};
     }
     p.queue.UseTime(real_->time);
-    return platform::Platform{p.controls,  real_->scheduler, p.queue,      files,
-                              calendar,    p.language,       real_->parallel, real_->serial,
-                              Channel(),   real_->sound,     *link_,       p.winkey,
-                              p.macroEditor, p.calibration};
+    return platform::Platform{p.controls,     real_->scheduler, p.queue,         files,
+                              calendar,       p.language,       real_->parallel, real_->serial,
+                              Channel(),      real_->sound,     *link_,          p.macroEditor,
+                              p.calibration};
   }
 
   const RunOptions& options_;
   platform::memory::MemoryPlatform& p_;
   std::optional<RealSystem> real_;
+  std::optional<winkeysim::MemoryChip> chip_;
   platform::linuxos::IniProfileFile disk_;
   std::optional<platform::memory::TracingProfileFile> diskFiles_;
   platform::linuxos::LinuxWallClock wallClock_;
@@ -188,6 +198,20 @@ void Session::LoggerWrites(loggerlink::LinkSlot slot, const std::string& text) {
   }
 }
 
+winkeysim::ChipOptions Session::ChipOptionsFor(const RunOptions& options) {
+  winkeysim::ChipOptions chip;
+  for (const auto& [key, value] : options.settings) {
+    if (vb::UCase(key) == "KEYER TO USE") chip.revision = vb::UCase(value) == "WINKEY2" ? 23 : 10;
+  }
+  if (options.chipRevision) chip.revision = *options.chipRevision;
+  return chip;
+}
+
+winkeysim::MemoryChip& Session::Chip(const ScriptEvent& event) {
+  if (!chip_) throw ScriptError(event.line, event.verb + " works on the in-memory chip only");
+  return *chip_;
+}
+
 void Session::Apply(const ScriptEvent& event) {
   if (closed_) return;
   app::Vantrel& keyer = *keyer_;
@@ -235,6 +259,13 @@ void Session::Apply(const ScriptEvent& event) {
     if ((cw.Transmitting && !cw.WaitingForText) || cw.LoopDelay > 0) {
       p_.queue.Post(p_.queue.time().NowNs() + kLookAgainNs, [this, &event] { Apply(event); });
     }
+  } else if (event.verb == "chip") {
+    Chip(event);
+    p_.cwControl.Deliver(event.argument);
+  } else if (event.verb == "paddle") {
+    Chip(event).Paddle();
+  } else if (event.verb == "speed") {
+    p_.sBar.Click(static_cast<int16_t>(event.first));
   } else if (event.verb == "unplug") {
     if (real_) throw ScriptError(event.line, "unplug works on the in-memory ports only");
     p_.cwControl.Unplug();
@@ -251,6 +282,12 @@ void Session::Apply(const ScriptEvent& event) {
     core.mnuMOX_Click();
   } else if (event.argument == "mnuDedicatedSerialPort") {
     keyer.form.mnuDedicatedSerialPort_Click();
+  } else if (event.argument == "mnuWinKey") {
+    keyer.form.mnuWinKey_Click();
+  } else if (event.argument == "mnuWinKey2") {
+    keyer.form.mnuWinKey2_Click();
+  } else if (event.argument == "mnuSoftwareKeyer") {
+    keyer.form.mnuSoftwareKeyer_Click();
   }
 }
 
@@ -275,6 +312,7 @@ void Run(const RunOptions& options, const std::vector<ScriptEvent>& events,
   }
   keyer.core.OnMark([&p](int16_t position) { p.trace.Emit("mark " + std::to_string(position)); });
   keyer.mMacros.OnNotice([&p](const std::string& notice) { p.trace.Emit(notice); });
+  keyer.winKey.OnWrite([&p](const std::string& bytes) { p.trace.Emit("winkey " + platform::memory::Trace::Hex(bytes)); });
   keyer.form.Form_Load();
 
   for (const ScriptEvent& event : events) {

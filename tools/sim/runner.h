@@ -30,6 +30,9 @@ struct RunOptions {
   bool link = false;
   // An in-memory logger runs, with its block.
   bool logger = false;
+  // What the in-memory chip answers to host open; by default a WinKey, or a
+  // WinKey2 when "Keyer to Use" says so.
+  std::optional<int> chipRevision;
 };
 
 // Runs the events and hands each trace line to `out`.

@@ -13,7 +13,7 @@ struct VerbInfo {
   const char* name;
   bool takesArgument;
 };
-constexpr std::array<VerbInfo, 17> kVerbs{{{"send", true},
+constexpr std::array<VerbInfo, 20> kVerbs{{{"send", true},
                                           {"append", true},
                                           {"type", true},
                                           {"paste", true},
@@ -29,14 +29,18 @@ constexpr std::array<VerbInfo, 17> kVerbs{{{"send", true},
                                           {"slot", true},
                                           {"button", true},
                                           {"macro", true},
-                                          {"wait", false}}};
+                                          {"wait", false},
+                                          {"chip", true},
+                                          {"paddle", false},
+                                          {"speed", true}}};
 constexpr std::array<const char*, 4> kFocus{"CWTextBox", "CallsignField", "NameField", "SRXField"};
 // The slots of the logger's shared block, in their order.
 constexpr std::array<const char*, 10> kSlots{"LinkCall",    "LinkName",  "LinkSerial", "LinkMyCall",
                                              "LinkBand",    "LinkControl", "LinkSRX", "LinkRadio",
                                              "LinkSentRST", "LinkReceivedRST"};
-constexpr std::array<const char*, 6> kMenus{"mnuTX",  "mnuabort", "mnuTune",
-                                            "mnuVOX", "mnuMOX",   "mnuDedicatedSerialPort"};
+constexpr std::array<const char*, 9> kMenus{
+    "mnuTX",  "mnuabort",  "mnuTune",    "mnuVOX",          "mnuMOX", "mnuDedicatedSerialPort",
+    "mnuWinKey", "mnuWinKey2", "mnuSoftwareKeyer"};
 
 int HexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -90,6 +94,20 @@ void ReadArguments(ScriptEvent& event) {
     words >> a >> rest;
     if (!rest.empty()) throw ScriptError(event.line, "button takes N");
     event.first = Number(a, 1, 36, event, "the button");
+  } else if (event.verb == "speed") {
+    words >> a >> rest;
+    if (!rest.empty()) throw ScriptError(event.line, "speed takes a mouse button, 1 left or 2 right");
+    event.first = Number(a, 1, 2, event, "the mouse button");
+  } else if (event.verb == "chip") {
+    // Hexadecimal bytes, blank-separated: what the chip sends.
+    std::string bytes;
+    for (std::string pair; words >> pair;) {
+      const int high = pair.size() == 2 ? HexDigit(pair[0]) : -1;
+      const int low = pair.size() == 2 ? HexDigit(pair[1]) : -1;
+      if (high < 0 || low < 0) throw ScriptError(event.line, "chip takes bytes as two hexadecimal digits each");
+      bytes += static_cast<char>(high * 16 + low);
+    }
+    event.argument = bytes;
   } else if (event.verb == "macro" || event.verb == "slot") {
     // The name or number, then the text after one blank, blanks and all.
     const auto blank = event.argument.find(' ');

@@ -26,6 +26,11 @@ int LineIoctl(int fd, unsigned long request, int bits) {
   return result;
 }
 
+bool HungUp(int fd) {
+  pollfd state{fd, POLLIN, 0};
+  return ::poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLERR)) != 0;
+}
+
 void Configure(termios& settings) {
   ::cfmakeraw(&settings);
   settings.c_cflag &= ~(CSIZE | PARENB | CRTSCTS);
@@ -89,11 +94,26 @@ std::string TermiosSerialPort::Input() {
       bytes.append(chunk, static_cast<size_t>(got));
     } else if (got < 0 && errno == EINTR) {
       continue;
-    } else {
+    } else if ((got < 0 && errno == EAGAIN) || (got == 0 && !HungUp(fd_))) {
+      // A raw tty that has nothing reads 0 bytes as well.
       break;
+    } else {
+      // Hung up or EIO: the other end is gone, and a watched descriptor
+      // would report it readable for ever.
+      Fail(got == 0 ? "Device hung up" : SystemText(errno));
+      Close();
     }
   }
   return bytes;
+}
+
+void TermiosSerialPort::OnReceive(std::function<void()> handler) {
+  onReceive_ = std::move(handler);
+  if (PortOpen()) StartWatching();
+}
+
+void TermiosSerialPort::StartWatching() {
+  if (watch_ && onReceive_) watch_->Watch(fd_, onReceive_);
 }
 
 void TermiosSerialPort::Output(const std::string& bytes) {
@@ -110,9 +130,11 @@ void TermiosSerialPort::Output(const std::string& bytes) {
       pollfd room{fd_, POLLOUT, 0};
       if (::poll(&room, 1, kRoomWaitMs) > 0) continue;
       Fail("Write timed out");
-      return;
+    } else {
+      Fail(SystemText(errno));
     }
-    Fail(SystemText(errno));
+    // A device that takes nothing is gone for the keyer: closed, reported once.
+    Close();
     return;
   }
 }
@@ -133,16 +155,16 @@ void TermiosSerialPort::Open() {
   // The kernel has just raised DTR and RTS: the radio is keyed until they
   // drop, so that comes before anything else.
   const int off = (dtr_ ? 0 : TIOCM_DTR) | (rts_ ? 0 : TIOCM_RTS);
-  bool hasLines = true;
-  if (off != 0 && LineIoctl(fd, TIOCMBIC, off) != 0) {
-    // A tty without modem lines (a pty) has nothing keyed; it opens, and a
-    // line that is asked for later fails then.
+  hasLines_ = true;
+  if (LineIoctl(fd, TIOCMBIC, off) != 0) {
+    // A tty without modem lines (a pty) has nothing keyed: it opens, and
+    // carries bytes only.
     if (errno != ENOTTY) {
       Fail(SystemText(errno));
       ::close(fd);
       return;
     }
-    hasLines = false;
+    hasLines_ = false;
   }
   fd_ = fd;
   RegisterLine(fd_, LineKind::Serial);
@@ -160,14 +182,16 @@ void TermiosSerialPort::Open() {
     return;
   }
   // Leaving B0 raises both lines once more.
-  if (hasLines && off != 0) ChangeLines(TIOCMBIC, off);
+  if (off != 0) ChangeLines(TIOCMBIC, off);
   const int on = (dtr_ ? TIOCM_DTR : 0) | (rts_ ? TIOCM_RTS : 0);
   if (PortOpen() && on != 0) ChangeLines(TIOCMBIS, on);
+  if (PortOpen()) StartWatching();
 }
 
 void TermiosSerialPort::Close() {
   if (fd_ < 0) return;
   const int fd = std::exchange(fd_, -1);
+  if (watch_) watch_->Unwatch(fd);
   UnregisterLine(fd);
   // HUPCL drops them as well, but only on the last close of the device.
   LineIoctl(fd, TIOCMBIC, TIOCM_DTR | TIOCM_RTS);
@@ -175,7 +199,7 @@ void TermiosSerialPort::Close() {
 }
 
 void TermiosSerialPort::ChangeLines(unsigned long request, int bits) {
-  if (LineIoctl(fd_, request, bits) == 0) return;
+  if (!hasLines_ || LineIoctl(fd_, request, bits) == 0) return;
   // The device is gone or broken (EIO once a USB adapter is pulled): one
   // report, and the closed port keeps quiet from here on.
   Fail(SystemText(errno));

@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "platform/linux/descriptor_watch.h"
 #include "platform/ports.h"
 
 namespace vantrel::platform::linuxos {
@@ -33,15 +34,22 @@ class TermiosSerialPort final : public SerialPort {
   // Opens at 1200 baud 8N2, raw, without flow control and with HUPCL, and
   // sets DTR and RTS as their values say the moment the device is open.
   void SetPortOpen(bool open) override;
+  // A tty without modem lines, such as a pseudo-terminal, keeps the values
+  // and changes nothing: there is no line to key.
   bool DTREnable() const override { return dtr_; }
   void SetDTREnable(bool enable) override;
   bool RTSEnable() const override { return rts_; }
   void SetRTSEnable(bool enable) override;
   int InBufferCount() override;
+  // A device that has gone away (read fails, or hangs up) closes the port
+  // with the system's reason.
   std::string Input() override;
   // Waits, briefly, for room in the driver; a port that takes nothing
-  // for that long fails.
+  // for that long, or refuses the bytes, fails and closes.
   void Output(const std::string& bytes) override;
+  // Needs a watch, given by UseWatch; without one no notification comes.
+  void OnReceive(std::function<void()> handler) override;
+  void UseWatch(DescriptorWatch& watch) { watch_ = &watch; }
 
   // The open descriptor, -1 while closed.
   int fd() const { return fd_; }
@@ -53,7 +61,12 @@ class TermiosSerialPort final : public SerialPort {
   void ChangeLines(unsigned long request, int bits);
   void Fail(const std::string& text);
 
+  void StartWatching();
+
   PathResolver resolve_;
+  DescriptorWatch* watch_ = nullptr;
+  std::function<void()> onReceive_;
+  bool hasLines_ = true;
   int16_t number_ = 1;
   bool dtr_ = false;
   bool rts_ = false;

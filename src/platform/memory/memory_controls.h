@@ -83,11 +83,16 @@ class MemoryStatusPanel : public MemoryPlacedBase<MemoryControlBase<StatusPanel>
   }
   Colour ForeColor() const override { return foreColor_; }
   void SetForeColor(Colour colour) override { foreColor_ = colour; }
+  void OnClick(std::function<void(int16_t button)> handler) override { onClick_ = std::move(handler); }
+  void Click(int16_t button) {
+    if (onClick_) onClick_(button);
+  }
 
  private:
   Trace& trace_;
   std::string caption_;
   Colour foreColor_ = 0;
+  std::function<void(int16_t)> onClick_;
 };
 
 // What both in-memory lists keep: the entries, the chosen one, the click.

@@ -80,7 +80,6 @@ struct MemoryPlatform {
   MemoryLinkChannel linkChannel{trace};
   MemorySoundSystem sound{trace};
   RecordingLoggerLink link{trace};
-  RecordingWinKey winkey{trace};
   RecordingMacroEditor macroEditor{trace};
   RecordingCalibration calibration;
 
@@ -144,7 +143,7 @@ struct MemoryPlatform {
   Platform platform() {
     return Platform{controls, clock,     queue,     profile, wallClock,
                     language, parallel,  cwControl, linkChannel, sound,
-                    link,     winkey,    macroEditor, calibration};
+                    link,     macroEditor, calibration};
   }
 };
 

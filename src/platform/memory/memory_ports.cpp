@@ -40,6 +40,7 @@ void MemorySerialPort::SetPortOpen(bool open) {
   if (open == open_) return;
   if (!open) {
     open_ = false;
+    incoming.clear();
     return;
   }
   if (commPort_ < 1) {
@@ -54,10 +55,15 @@ void MemorySerialPort::SetPortOpen(bool open) {
   }
 }
 
+void MemorySerialPort::Lose() {
+  error_ = kInputOutput;
+  open_ = false;
+  incoming.clear();
+}
+
 void MemorySerialPort::SetLine(bool& line, bool value, const char* name) {
   if (open_ && unplugged_) {
-    error_ = kInputOutput;
-    open_ = false;
+    Lose();
     line = value;
     return;
   }
@@ -65,16 +71,44 @@ void MemorySerialPort::SetLine(bool& line, bool value, const char* name) {
   line = value;
 }
 
-// Traced in hexadecimal, as a keyer chip would see it on the wire.
+void MemorySerialPort::Collect() {
+  if (!open_) return;
+  if (unplugged_) {
+    Lose();
+    return;
+  }
+  if (device) incoming += device->Sent();
+}
+
+int MemorySerialPort::InBufferCount() {
+  Collect();
+  return static_cast<int>(incoming.size());
+}
+
+std::string MemorySerialPort::Input() {
+  Collect();
+  return std::exchange(incoming, {});
+}
+
 void MemorySerialPort::Output(const std::string& bytes) {
   if (!open_) return;
-  std::string line = "serial out";
-  char hex[4];
-  for (const char c : bytes) {
-    std::snprintf(hex, sizeof hex, " %02X", static_cast<unsigned char>(c));
-    line += hex;
+  if (unplugged_) {
+    Lose();
+    return;
   }
-  trace_.Emit(line);
+  if (device) device->Take(bytes);
+}
+
+void MemorySerialPort::Deliver(const std::string& bytes) {
+  if (!open_) return;
+  incoming += bytes;
+  Arrive();
+}
+
+void MemorySerialPort::Arrive() {
+  if (!open_ || !onReceive_) return;
+  // An unplugged device wakes the keyer once, as a hang-up does.
+  if (unplugged_ || !incoming.empty() || InBufferCount() > 0) onReceive_();
 }
 
 }  // namespace vantrel::platform::memory

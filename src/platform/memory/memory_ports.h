@@ -1,9 +1,11 @@
 // The key and PTT ports in memory: a parallel port's registers and a serial
 // port's modem lines, each change in the trace, with a device that can be
-// unplugged under a running keyer.
+// unplugged under a running keyer. The serial port also carries bytes to and
+// from a device on its data lines.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -38,6 +40,16 @@ class MemoryParallelPort : public ParallelPort {
   bool failed_ = false;
 };
 
+// What sits at the far end of an in-memory serial port's data lines.
+class SerialDevice {
+ public:
+  virtual ~SerialDevice() = default;
+  // The keyer wrote these.
+  virtual void Take(const std::string& bytes) = 0;
+  // What the device has sent by now that the port has not taken yet.
+  virtual std::string Sent() = 0;
+};
+
 class MemorySerialPort : public SerialPort {
  public:
   explicit MemorySerialPort(Trace& trace) : trace_(trace) {}
@@ -50,14 +62,21 @@ class MemorySerialPort : public SerialPort {
   void SetDTREnable(bool enable) override { SetLine(dtr_, enable, "dtr"); }
   bool RTSEnable() const override { return rts_; }
   void SetRTSEnable(bool enable) override { SetLine(rts_, enable, "rts"); }
-  int InBufferCount() override { return open_ ? static_cast<int>(incoming.size()) : 0; }
-  std::string Input() override { return open_ ? std::exchange(incoming, {}) : std::string(); }
+  int InBufferCount() override;
+  std::string Input() override;
   void Output(const std::string& bytes) override;
+  void OnReceive(std::function<void()> handler) override { onReceive_ = std::move(handler); }
   std::string Error() const override { return error_; }
   void ClearError() override { error_.clear(); }
 
   // Bytes the device has sent and the keyer has not read.
   std::string incoming;
+  // The device on the data lines, if any; it may send at any time.
+  SerialDevice* device = nullptr;
+  // Bytes come in: the notification runs if the port is open.
+  void Deliver(const std::string& bytes);
+  // The device has sent something: the notification runs if bytes wait.
+  void Arrive();
   // The port numbers that have a device behind them.
   int16_t firstPresent = 1;
   int16_t lastPresent = 8;
@@ -67,6 +86,9 @@ class MemorySerialPort : public SerialPort {
  private:
   bool Present() const;
   void SetLine(bool& line, bool value, const char* name);
+  // Takes in what the device has sent; a device that has gone closes the port.
+  void Collect();
+  void Lose();
 
   Trace& trace_;
   int16_t commPort_ = 1;
@@ -75,6 +97,7 @@ class MemorySerialPort : public SerialPort {
   bool rts_ = false;
   bool unplugged_ = false;
   std::string error_;
+  std::function<void()> onReceive_;
 };
 
 }  // namespace vantrel::platform::memory

@@ -1,25 +1,6 @@
 #include "platform/memory/recording_neighbours.h"
 
-#include <cstdio>
-
 namespace vantrel::platform::memory {
-
-void RecordingWinKey::WriteWinKey(const std::string& bytes) {
-  written += bytes;
-  std::string event = "winkey";
-  for (const char byte : bytes) {
-    char hex[4];
-    std::snprintf(hex, sizeof hex, " %02X", static_cast<unsigned char>(byte));
-    event += hex;
-  }
-  trace_.Emit(event);
-}
-
-void RecordingWinKey::CloseWinKeyHost() {
-  if (!open) return;
-  WriteWinKey(std::string{0x00, 0x03});
-  open = false;
-}
 
 void RecordingLoggerLink::LoggerWrites(int16_t slot, const std::string& text) {
   std::string& kept = linkSlots.at(static_cast<size_t>(slot));

@@ -51,30 +51,6 @@ class RecordingLoggerLink : public LoggerLink {
   Trace& trace_;
 };
 
-class RecordingWinKey : public WinKeyLink {
- public:
-  explicit RecordingWinKey(Trace& trace) : trace_(trace) {}
-  bool WinKeyOpen() const override { return open; }
-  bool IsWinKey2() const override { return winKey2; }
-  bool PortOpen() const override { return portOpen; }
-  void WriteWinKey(const std::string& bytes) override;
-  void StartWinKeyRun() override { ++runsStarted; }
-  void OpenWinKeyPort() override { trace_.Emit("winkey port opened"); }
-  void CloseWinKeyHost() override;
-  void SelectWinKeyRadio(int16_t activeRadio) override {
-    trace_.Emit("winkey radio " + std::to_string(activeRadio));
-  }
-
-  bool open = false;
-  bool portOpen = false;
-  bool winKey2 = false;
-  int runsStarted = 0;
-  std::string written;
-
- private:
-  Trace& trace_;
-};
-
 // The editor's window as far as the buttons see it: open on one macro or shut.
 class RecordingMacroEditor : public MacroEditor {
  public:

@@ -18,6 +18,16 @@ std::vector<std::string> Trace::Events() const {
   return events;
 }
 
+std::string Trace::Hex(std::string_view bytes) {
+  std::string text;
+  char pair[4];
+  for (const char byte : bytes) {
+    std::snprintf(pair, sizeof pair, "%s%02X", text.empty() ? "" : " ", static_cast<unsigned char>(byte));
+    text += pair;
+  }
+  return text;
+}
+
 std::string Trace::Quote(std::string_view text) {
   std::string quoted = "\"";
   for (const char ch : text) {

@@ -27,6 +27,8 @@ class Trace {
   // A text as a quoted trace argument: quote and backslash escaped, bytes
   // outside printable ASCII as \xNN.
   static std::string Quote(std::string_view text);
+  // Bytes as the wire carries them: "0F 16 FF".
+  static std::string Hex(std::string_view bytes);
 
  private:
   std::function<double()> nowMs_;

@@ -8,11 +8,34 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 
+#include "platform/qt/qt_key_events.h"
+
 namespace vantrel::platform::qt {
 namespace {
+
+// Hands every mouse press on the widgets it watches to one handler.
+class MousePressFilter : public QObject {
+ public:
+  MousePressFilter(QWidget& owner, std::function<void(int16_t)> pressed)
+      : QObject(&owner), pressed_(std::move(pressed)) {
+    owner.installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::MouseButtonPress) {
+      pressed_(WindowsButton(static_cast<QMouseEvent*>(event)->button()));
+    }
+    return false;
+  }
+
+ private:
+  std::function<void(int16_t)> pressed_;
+};
 
 // The two faces of a line indicator, drawn once for the whole program.
 const QPixmap& Face(Picture picture) {
@@ -57,6 +80,16 @@ void QtStatusPanel::SetForeColor(Colour colour) {
   QPalette palette = caption_.palette();
   palette.setColor(QPalette::WindowText, ToQColor(colour));
   caption_.setPalette(palette);
+}
+
+// A press on the caption reaches the panel too: a plain label ignores it.
+void QtStatusPanel::OnClick(std::function<void(int16_t button)> handler) {
+  if (!onClick_) {
+    new MousePressFilter(widget(), [this](int16_t button) {
+      if (onClick_) onClick_(button);
+    });
+  }
+  onClick_ = std::move(handler);
 }
 
 QtMenuItem::QtMenuItem(QAction& action, QMenu* submenu) : action_(action), submenu_(submenu) {

@@ -147,10 +147,12 @@ class QtStatusPanel : public QtDockedBase<StatusPanel> {
   void SetCaption(const std::string& caption) override;
   Colour ForeColor() const override { return foreColor_; }
   void SetForeColor(Colour colour) override;
+  void OnClick(std::function<void(int16_t button)> handler) override;
 
  private:
   QLabel& caption_;
   Colour foreColor_ = 0;
+  std::function<void(int16_t)> onClick_;
 };
 
 // A menu entry. An entry with a submenu stands for the submenu's title. The
