@@ -5,10 +5,13 @@
 #include <QMenu>
 #include <QTest>
 #include <QTextEdit>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <memory>
 
 #include "platform/qt/qt_controls.h"
+#include "platform/qt/qt_descriptor_watch.h"
 #include "platform/qt/qt_text_box.h"
 #include "platform/qt/qt_window.h"
 #include "qt_application.h"
@@ -311,6 +314,41 @@ TEST(QtPictureBoxTest, EdgesSwapTwoSharedPictures) {
   EXPECT_EQ(keyLabel.pixmap().cacheKey(), red);  // no picture made per edge
   ptt.SetPicture(Picture::Green);
   EXPECT_EQ(pttLabel.pixmap().cacheKey(), green);
+}
+
+TEST(QtStatusPanelTest, PressesOnThePanelOrItsCaptionGiveTheButton) {
+  testing::EnsureApplication();
+  QWidget panel;
+  auto* caption = new QLabel("speed", &panel);
+  QtStatusPanel sBar(panel, *caption);
+  std::vector<int16_t> buttons;
+  sBar.OnClick([&](int16_t button) { buttons.push_back(button); });
+  QTest::mousePress(caption, Qt::LeftButton);
+  QTest::mousePress(&panel, Qt::RightButton);
+  EXPECT_EQ(buttons, (std::vector<int16_t>{1, 2}));
+}
+
+// Bytes on a descriptor reach the handler between events, and a handler
+// that stops the watch from inside its own call is safe.
+TEST(QtDescriptorWatchTest, ReadableRunsTheHandlerUntilUnwatched) {
+  testing::EnsureApplication();
+  int pipe[2];
+  ASSERT_EQ(::pipe(pipe), 0);
+  QtDescriptorWatch watch;
+  int calls = 0;
+  watch.Watch(pipe[0], [&] {
+    ++calls;
+    char byte;
+    EXPECT_EQ(::read(pipe[0], &byte, 1), 1);
+    watch.Unwatch(pipe[0]);
+  });
+  QCoreApplication::processEvents();
+  EXPECT_EQ(calls, 0);
+  ASSERT_EQ(::write(pipe[1], "ab", 2), 2);
+  QTest::qWait(50);
+  EXPECT_EQ(calls, 1);  // the second byte waits, unwatched
+  ::close(pipe[0]);
+  ::close(pipe[1]);
 }
 
 }  // namespace

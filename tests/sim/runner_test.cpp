@@ -183,6 +183,22 @@ TEST(Runner, KeyerSectionSettingsLandInTheKeyerSection) {
                            [](const std::string& line) { return line.find("winkey 1C") != std::string::npos; }));
 }
 
+// Headless, the chip model answers on the in-memory port at a chip's pace.
+TEST(Runner, InMemoryChipAnswersEchoesAndTakesTheVerbs) {
+  RunOptions options;
+  options.settings = {{"Keyer to Use", "WinKey2"}, {"WinKey Port", "3"}};
+  const auto lines = RunScript("0 send CQ\n10 wait\n3000 chip C2\n3000 paddle\n3100 speed 2\n", options);
+  EXPECT_EQ(CountOf(lines, "1000.000 winkey 0F 16 0F 04 32 64 FA 0F 0F 00 00 14 32 32 01 FF"), 1);
+  EXPECT_EQ(CountOf(lines, "1000.000 winkey 51"), 1);  // the chip's busy status hands over the Q
+  EXPECT_THAT(lines, Contains(::testing::EndsWith("text \"\"")));
+  EXPECT_EQ(CountOf(lines, "3000.000 pttbox green"), 2);  // the bytes given, then the paddle's
+  EXPECT_EQ(CountOf(lines, "3100.000 winkey 1C 10"), 1);
+
+  options.chipRevision = 10;
+  EXPECT_THAT(RunScript("", options),
+              Contains(::testing::HasSubstr("I'm looking for a WinKey2, and I found a WinKey.")));
+}
+
 TEST(Runner, AppendDuringATransmissionGoesOutInIt) {
   RunOptions options;
   options.settings = {{"Slow Typing", "OFF"}};

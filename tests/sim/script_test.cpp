@@ -99,6 +99,13 @@ TEST(ParseScript, WindowVerbsRefuseWhatTheyCannotDo) {
   EXPECT_THAT(ErrorOf("0 minimize now\n"), HasSubstr("minimize takes no argument"));
   EXPECT_THAT(ErrorOf("0 slot LinkFoo W1AW\n"), HasSubstr("unknown slot 'LinkFoo'"));
   EXPECT_THAT(ErrorOf("0 control\n"), HasSubstr("control needs an argument"));
+  EXPECT_THAT(ErrorOf("0 chip C4 4\n"), HasSubstr("two hexadecimal digits"));
+  EXPECT_THAT(ErrorOf("0 speed 3\n"), HasSubstr("the mouse button"));
+}
+
+TEST(ParseScript, ChipBytesAreHexadecimal) {
+  std::istringstream in("0 chip C4 43 0a\n");
+  EXPECT_EQ(ParseScript(in)[0].argument, "\xC4\x43\x0A");
 }
 
 TEST(ParseScript, SlotNamesItsSlotByNumber) {

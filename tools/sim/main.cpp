@@ -101,7 +101,11 @@ int main(int argc, char** argv) {
   }
   try {
     const auto events = vantrel::sim::ParseScript(file.is_open() ? file : std::cin);
-    vantrel::sim::Run(options, events, [](const std::string& line) { std::cout << line << '\n'; });
+    // On the real clock someone may follow the trace as it happens.
+    vantrel::sim::Run(options, events, [&options](const std::string& line) {
+      std::cout << line << '\n';
+      if (options.realTime) std::cout.flush();
+    });
   } catch (const vantrel::sim::ScriptError& error) {
     std::cerr << "vantrel-sim: " << (file.is_open() ? scriptPath : "stdin") << ": " << error.what()
               << "\n";
