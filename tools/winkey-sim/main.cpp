@@ -99,11 +99,13 @@ int main(int argc, char** argv) {
 
   ChipModel chip(options);
   bool muted = false;
+  // Without an operator on standard input the chip goes on alone.
+  int operatorInput = STDIN_FILENO;
   std::string line;
   for (;;) {
     const double next = chip.NextEventMs();
     const int timeout = next < 0 ? -1 : std::max(0, static_cast<int>(std::ceil(next - NowMs())));
-    pollfd fds[2] = {{master, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
+    pollfd fds[2] = {{master, POLLIN, 0}, {operatorInput, POLLIN, 0}};
     ::poll(fds, 2, timeout);
     if (fds[0].revents & POLLIN) {
       uint8_t bytes[256];
@@ -116,7 +118,7 @@ int main(int argc, char** argv) {
     if (fds[1].revents & (POLLIN | POLLHUP)) {
       char chunk[256];
       const ssize_t got = ::read(STDIN_FILENO, chunk, sizeof chunk);
-      if (got <= 0) fds[1].fd = -1;
+      if (got <= 0) operatorInput = -1;
       for (ssize_t i = 0; i < got; ++i) {
         if (chunk[i] != '\n') {
           line += chunk[i];
