@@ -74,6 +74,14 @@ TEST_F(WinKeyHostTest, AWinKeyIsCalibratedThenUploadedAtItsPace) {
   EXPECT_THAT(EventsStartingWith({"status"}), IsEmpty());
 }
 
+TEST_F(WinKeyHostTest, TwoUploadsWithTheSameSettingsAreAlike) {
+  StartWithChip("WinKey2", kWinKey2, {{"WinKey Pin 3", "False"}, {"Paddle Only SideTone", "True"}});
+  const std::string first = Wire();
+  keyer.winKey.OpenWinKeyPort();
+  EXPECT_EQ(Wire(), first);
+  EXPECT_EQ(first.substr(0, 18), "00 02 0F 16 0F 84 ");  // no calibration on a WinKey2
+}
+
 TEST_F(WinKeyHostTest, OnlyTheFirstOfSeveralReplyBytesIsLookedAt) {
   StartWithChip("WinKey", "\x0A\x43\xC2");
   EXPECT_TRUE(state.WinKeyOpen);
