@@ -11,8 +11,7 @@
 namespace vantrel::app {
 
 // Keyer selection (mnuWinKey, mnuWinKey2, mnuSoftwareKeyer) and mnuPort
-// show without an action until their dialogs and the keyer switch exist; so
-// does the right click that opens a macro's editor.
+// show without an action until their dialogs and the keyer switch exist.
 void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
   mainwindow::FrmVantrel& form = keyer.form;
   sending::SendingCore& core = keyer.core;

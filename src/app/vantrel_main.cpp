@@ -22,6 +22,7 @@
 #include "platform/linux/termios_serial_port.h"
 #include "platform/memory/recording_neighbours.h"
 #include "platform/memory/trace.h"
+#include "platform/qt/frm_cw_macro_setup_window.h"
 #include "platform/qt/frm_vantrel_window.h"
 
 namespace {
@@ -85,12 +86,12 @@ int main(int argc, char** argv) {
   linuxos::LinuxLanguage language(configDir);
   linuxos::PortAudioSoundSystem sound;
 
-  // Stand-ins until WinKey, the macro editor and the speed calibration land:
-  // they do nothing and keep no record.
+  vantrel::platform::qt::QtMacroSetupWindows macroSetup{window.widget()};
+  // Stand-ins until WinKey and the speed calibration land: they do nothing
+  // and keep no record.
   memory::Trace nowhere{[] { return 0.0; }};
   nowhere.SetMuted(true);
   memory::RecordingWinKey winkey{nowhere};
-  memory::RecordingMacroEditor macroEditor{nowhere};
   memory::RecordingCalibration calibration;
   linuxos::LinuxLinkChannel linkChannel;
   vantrel::loggerlink::LoggerLinkLogic link{linkChannel, window.controls(), winkey};
@@ -98,7 +99,7 @@ int main(int argc, char** argv) {
   const vantrel::platform::Platform platform{
       window.controls(), scheduler, window.pump(), profile,     wallClock,
       language,          parallel,  cwControl,     linkChannel, sound,
-      link,              winkey,    macroEditor,   calibration};
+      link,              winkey,    macroSetup,    calibration};
   vantrel::app::Vantrel keyer(platform, {configDir, arguments.commandLine});
   vantrel::app::ConnectWindow(window, keyer);
   // The logger's "Close" closes the window as the operator does; its window
