@@ -10,8 +10,7 @@
 
 namespace vantrel::app {
 
-// mnuPort shows without an action until its dialogs exist; so does the
-// right click that opens a macro's editor.
+// mnuPort shows without an action until its dialogs exist.
 void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
   mainwindow::FrmVantrel& form = keyer.form;
   sending::SendingCore& core = keyer.core;

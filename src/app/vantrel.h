@@ -3,6 +3,7 @@
 #pragma once
 
 #include "loggerlink/link_state.h"
+#include "macros/frm_cw_macro_setup.h"
 #include "macros/m_macros.h"
 #include "macros/macro_state.h"
 #include "mainwindow/frm_vantrel.h"
@@ -32,8 +33,10 @@ class Vantrel {
                                                      mMacros}),
         form(p, mainwindow::ProgramState{cw, window, macros, winKeySettings, link}, core, lines,
              sidetone, store, mMacros, winKey, std::move(environment)),
+        macroEditor(p.macroSetup, macros::MacroSetupNeighbours{macros, p.controls.btnf,
+                                                               p.controls.CommonDialog1, store}),
         mMacros(macros::MacroNeighbours{cw, macros, window, winKeySettings, link, p.controls, core,
-                                        lines, p.link, winKey, p.macroEditor, store,
+                                        lines, p.link, winKey, macroEditor, store,
                                         form.ActiveField}) {}
 
   sending::CwState cw;
@@ -48,6 +51,7 @@ class Vantrel {
   sending::SendingCore core;
   winkey::WinKeyHost winKey;
   mainwindow::FrmVantrel form;
+  macros::MacroSetupEditor macroEditor;
   // Built last: the core and the window hold it from the start but call it
   // only once events run.
   macros::MMacros mMacros;

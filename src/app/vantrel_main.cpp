@@ -22,6 +22,7 @@
 #include "platform/linux/termios_serial_port.h"
 #include "platform/memory/recording_neighbours.h"
 #include "platform/memory/trace.h"
+#include "platform/qt/frm_cw_macro_setup_window.h"
 #include "platform/qt/frm_vantrel_window.h"
 #include "platform/qt/qt_descriptor_watch.h"
 
@@ -88,11 +89,8 @@ int main(int argc, char** argv) {
   linuxos::LinuxLanguage language(configDir);
   linuxos::PortAudioSoundSystem sound;
 
-  // Stand-ins until the macro editor and the speed calibration land: they do
-  // nothing and keep no record.
-  memory::Trace nowhere{[] { return 0.0; }};
-  nowhere.SetMuted(true);
-  memory::RecordingMacroEditor macroEditor{nowhere};
+  vantrel::platform::qt::QtMacroSetupWindows macroSetup{window.widget()};
+  // A stand-in until the speed calibration lands: it does nothing.
   memory::RecordingCalibration calibration;
   linuxos::LinuxLinkChannel linkChannel;
   vantrel::loggerlink::LoggerLinkLogic link{linkChannel, window.controls()};
@@ -100,7 +98,7 @@ int main(int argc, char** argv) {
   const vantrel::platform::Platform platform{
       window.controls(), scheduler, window.pump(), profile,     wallClock,
       language,          parallel,  cwControl,     linkChannel, sound,
-      link,              macroEditor, calibration};
+      link,              macroSetup,    calibration};
   vantrel::app::Vantrel keyer(platform, {configDir, arguments.commandLine});
   vantrel::app::ConnectWindow(window, keyer);
   // The logger's "Close" closes the window as the operator does; its window

@@ -85,15 +85,17 @@ void MMacros::btnf_MouseEnter(int16_t Index) { ShowLook(Index, true); }
 void MMacros::btnf_MouseLeave(int16_t Index) { ShowLook(Index, false); }
 
 void MMacros::ShowLook(int16_t Index, bool underMouse) {
-  const auto i = static_cast<size_t>(Index);
-  const MacroState& m = n_.macros;
-  platform::CommandButton& button = c_.btnf[Index];
-  button.SetBackColor((underMouse ? m.MacroOverBackColors : m.MacroBackColors)[i]);
-  button.SetForeColor((underMouse ? m.MacroOverForeColors : m.MacroForeColors)[i]);
-  button.SetFontName((underMouse ? m.MacroOverFontNames : m.MacroFontNames)[i]);
-  button.SetFontSize((underMouse ? m.MacroOverFontSizes : m.MacroFontSizes)[i]);
-  button.SetFontBold((underMouse ? m.MacroOverFontBolds : m.MacroFontBolds)[i]);
-  button.SetFontItalic((underMouse ? m.MacroOverFontItalics : m.MacroFontItalics)[i]);
+  macros::ShowLook(c_.btnf[Index], n_.macros, Index, underMouse);
+}
+
+void ShowLook(platform::CommandButton& button, const MacroState& m, int16_t i, bool underMouse) {
+  const auto at = static_cast<size_t>(i);
+  button.SetBackColor((underMouse ? m.MacroOverBackColors : m.MacroBackColors)[at]);
+  button.SetForeColor((underMouse ? m.MacroOverForeColors : m.MacroForeColors)[at]);
+  button.SetFontName((underMouse ? m.MacroOverFontNames : m.MacroFontNames)[at]);
+  button.SetFontSize((underMouse ? m.MacroOverFontSizes : m.MacroFontSizes)[at]);
+  button.SetFontBold((underMouse ? m.MacroOverFontBolds : m.MacroFontBolds)[at]);
+  button.SetFontItalic((underMouse ? m.MacroOverFontItalics : m.MacroFontItalics)[at]);
 }
 
 // Any press closes the editor, whatever it holds: edits not confirmed are lost.

@@ -32,4 +32,8 @@ struct MacroState {
   PerMacro<bool> MacroOverFontItalics{};
 };
 
+// Gives a button the look of entry `i`, under the mouse or away from it:
+// colours and font, not the caption.
+void ShowLook(platform::CommandButton& button, const MacroState& m, int16_t i, bool underMouse);
+
 }  // namespace vantrel::macros

@@ -92,6 +92,27 @@ class CommandButton : public Control {
   virtual void SetForeColorOnMouse(Colour colour) = 0;
 };
 
+// A button of a dialog whose events the logic takes itself: a click of the
+// left button, and the mouse entering and leaving it.
+class DialogButton : public CommandButton {
+ public:
+  virtual void OnClick(std::function<void()> handler) = 0;
+  virtual void OnMouseEnter(std::function<void()> handler) = 0;
+  virtual void OnMouseLeave(std::function<void()> handler) = 0;
+};
+
+// A plain text box of a dialog, one line or several. A line break in its
+// text is "\r\n", as Enter makes it.
+class EditBox : public Control {
+ public:
+  virtual std::string Text() const = 0;
+  virtual void SetText(const std::string& text) = 0;
+  // Runs after every change of the text, whoever made it.
+  virtual void OnChange(std::function<void()> handler) = 0;
+  // Runs for each character typed, before it goes in; set to 0 it is dropped.
+  virtual void OnKeyPress(std::function<void(int16_t& keyAscii)> handler) = 0;
+};
+
 // Controls that share a name and differ by index, such as the macro buttons.
 template <typename T>
 class ControlArray {

@@ -74,7 +74,7 @@ class MacroLoop {
   virtual void QueueMacro(const std::string& macro) = 0;
 };
 
-// The macro editor's window as the macro buttons open and close it.
+// The macro editor as the macro buttons open and close it.
 class MacroEditor {
  public:
   virtual ~MacroEditor() = default;

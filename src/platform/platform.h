@@ -5,6 +5,7 @@
 #include "platform/event_pump.h"
 #include "platform/language.h"
 #include "platform/link_channel.h"
+#include "platform/macro_setup_window.h"
 #include "platform/main_window_controls.h"
 #include "platform/neighbours.h"
 #include "platform/ports.h"
@@ -27,7 +28,8 @@ struct Platform {
   LinkChannel& linkChannel;
   SoundSystem& sound;
   LoggerLink& link;
-  MacroEditor& macroEditor;
+  // The macro editor's dialog; the keyer runs the editor on it.
+  MacroSetupWindows& macroSetup;
   SpeedCalibration& calibration;
 };
 

@@ -1,5 +1,5 @@
-// The main window itself: caption, rectangle in twips, the mouse pointer
-// over it, staying on top, and the message boxes it owns.
+// A window itself, the main one or a dialog: caption, rectangle in twips,
+// the mouse pointer over it, staying on top, and the message boxes it owns.
 #pragma once
 
 #include <string>
@@ -28,6 +28,9 @@ class Window {
   virtual void SetHeight(float twips) = 0;
   virtual void SetWidth(float twips) = 0;
   virtual bool Minimized() const = 0;
+  // The screen the window is on, in twips.
+  virtual float ScreenWidth() const = 0;
+  virtual float ScreenHeight() const = 0;
 
   virtual void SetTopmost(bool topmost) = 0;
   virtual void SetMousePointer(MousePointer pointer) = 0;

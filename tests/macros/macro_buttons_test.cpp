@@ -163,8 +163,10 @@ TEST_F(MacroKeys, RightButtonEditsAndAnyPressClosesTheEditorFirst) {
   keyer.mMacros.btnf_MouseUp(9, 2);
   keyer.mMacros.btnf_MouseDown(9, 1);
   keyer.mMacros.btnf_MouseUp(9, 1);
-  EXPECT_THAT(EventsStartingWith({"editor", "macro "}),
-              ElementsAre("editor 4", "editor closed", "editor 9", "editor closed"));
+  EXPECT_THAT(EventsStartingWith({"editor caption", "editor shown", "editor closed", "macro "}),
+              ElementsAre("editor caption \"Macro Setup for F4\"", "editor shown", "editor closed",
+                          "editor caption \"Macro Setup for F9\"", "editor shown",
+                          "editor closed"));
 }
 
 }  // namespace

@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QApplication>
+#include <QColorDialog>
+#include <QFontDialog>
+#include <QPushButton>
+#include <QTimer>
 #include <QLabel>
 #include <QMenu>
 #include <QTest>
@@ -299,6 +304,39 @@ TEST(QtMenuItemTest, SubmenuRunsItsOpenHandlerBeforeShowing) {
   keying->popup(QPoint(0, 0));
   keying->hide();
   EXPECT_FALSE(entryEnabledWhenShown);
+}
+
+TEST(QtCommonDialogTest, TheFontDialogGivesATextColourBesideTheFont) {
+  testing::EnsureApplication();
+  QWidget owner;
+  QtCommonDialog dialogs(owner);
+  // Answers the font dialog, shown with its font list: its colour button,
+  // then the colour, then OK.
+  QTimer answer;
+  QObject::connect(&answer, &QTimer::timeout, [] {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (auto* colours = qobject_cast<QColorDialog*>(modal)) {
+      colours->setCurrentColor(QColor(0, 0, 255));
+      colours->accept();
+    } else if (modal && modal->findChild<QFontDialog*>()) {
+      if (!modal->findChild<QFontDialog*>()->isVisible()) return;
+      if (modal->property("asked").toBool()) {
+        static_cast<QDialog*>(modal)->accept();
+        return;
+      }
+      modal->setProperty("asked", true);
+      for (QPushButton* button : modal->findChildren<QPushButton*>()) {
+        if (button->text() == "Color...") {
+          QMetaObject::invokeMethod(button, "click", Qt::QueuedConnection);
+        }
+      }
+    }
+  });
+  answer.start(10);
+  FontChoice font{"Sans Serif", 10, false, false, kBlack};
+  ASSERT_TRUE(dialogs.ShowFont(font));
+  EXPECT_EQ(font.colour, kBlue);
+  EXPECT_FALSE(font.name.empty());
 }
 
 TEST(QtPictureBoxTest, EdgesSwapTwoSharedPictures) {

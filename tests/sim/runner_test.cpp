@@ -230,6 +230,23 @@ TEST(Runner, ButtonFiresTheStoredMacroWithTheLoggersValues) {
   EXPECT_EQ(CountOf(lines, "10.000 text \"R 57N\""), 1);
 }
 
+TEST(Runner, TheEditorStoresWhatTheScriptTypesAndTheButtonFiresIt) {
+  RunOptions options;
+  options.settings = {{"Keying", "MOX"}};
+  const auto lines = RunScript(
+      "0 editor 2\n0 editor-type MacroText t~u\n0 pick-font 12 255 bold Arial\n"
+      "0 editor-click Hbutton2\n0 editor-click Hbutton5\n10 button 2\n",
+      options);
+  EXPECT_EQ(CountOf(lines, "0.000 editor caption \"Macro Setup for F2\""), 1);
+  EXPECT_EQ(CountOf(lines, "0.000 editor MacroText \"tu\""), 1);
+  EXPECT_EQ(CountOf(lines, "0.000 editor Hbutton1 forecolor 255"), 1);
+  EXPECT_EQ(CountOf(lines, "0.000 setting \"frmVantrel Settings\" \"Macro #2\" \"tu\""), 1);
+  EXPECT_EQ(CountOf(lines, "0.000 setting \"frmVantrel Settings\" \"Macro Fontbold #2\" \"True\""), 1);
+  EXPECT_EQ(CountOf(lines, "0.000 editor closed"), 1);
+  EXPECT_EQ(CountOf(lines, "10.000 text \"TU\""), 1);
+  EXPECT_THROW(RunScript("0 editor 2\n0 editor-click Hbutton6\n1 editor-click Hbutton6\n"), ScriptError);
+}
+
 TEST(Runner, WaitRunsALoopUntilAKeyEndsIt) {
   RunOptions options;
   options.settings = {{"Slow Typing", "OFF"}};

@@ -129,5 +129,27 @@ TEST(ParseScript, MacroVerbsReadAnIndexOrASlotAndTheirText) {
   EXPECT_THAT(ErrorOf("0 wait 5\n"), HasSubstr("wait takes no argument"));
 }
 
+TEST(ParseScript, EditorVerbsReadWhatTheyActOn) {
+  const auto events = Parse("0 editor 14\n1 editor-field CaptionText Chr$(65)\n"
+                            "2 editor-type MacroText cq\\x0Dk\n3 editor-click Hbutton5\n"
+                            "4 editor-mouse enter\n5 pick-color 255\n6 pick-font 10.5 128 bold-italic Courier New\n");
+  ASSERT_EQ(events.size(), 7u);
+  EXPECT_EQ(events[0].first, 14);
+  EXPECT_EQ(std::pair(events[1].name, events[1].argument), std::pair(std::string("CaptionText"), std::string("Chr$(65)")));
+  EXPECT_EQ(events[2].argument, "cq\rk");
+  EXPECT_EQ(events[3].name, "Hbutton5");
+  EXPECT_EQ(events[5].first, 255);
+  EXPECT_EQ(events[6].size, 10.5);
+  EXPECT_EQ(std::pair(events[6].first, events[6].name), std::pair(128, std::string("bold-italic")));
+  EXPECT_EQ(events[6].argument, "Courier New");
+  EXPECT_THAT(ErrorOf("0 editor 37\n"), HasSubstr("the macro must be"));
+  EXPECT_THAT(ErrorOf("0 editor-field Label2 x\n"), HasSubstr("MacroText or CaptionText"));
+  EXPECT_THAT(ErrorOf("0 editor-click OK\n"), HasSubstr("no button 'OK'"));
+  EXPECT_THAT(ErrorOf("0 editor-mouse over\n"), HasSubstr("enter or leave"));
+  EXPECT_THAT(ErrorOf("0 pick-color 16777216\n"), HasSubstr("the colour"));
+  EXPECT_THAT(ErrorOf("0 pick-font 10 0 heavy Arial\n"), HasSubstr("the style"));
+  EXPECT_THAT(ErrorOf("0 pick-font 10 0 bold\n"), HasSubstr("SIZE COLOUR STYLE NAME"));
+}
+
 }  // namespace
 }  // namespace vantrel::sim

@@ -71,6 +71,7 @@ class Session {
   void TypeCharacter(unsigned char character);
   void Resize(float width, float height);
   void Close();
+  void Editor(const ScriptEvent& event);
   // The logger writes a slot: the text, a NUL, blanks to 64 bytes.
   void LoggerWrites(loggerlink::LinkSlot slot, const std::string& text);
   // The in-memory chip answers as the keyer chosen, unless told otherwise.
@@ -101,12 +102,12 @@ class Session {
     if (!real_) {
       return platform::Platform{p.controls, p.clock,    p.queue,     files,     calendar,
                                 p.language, p.parallel, p.cwControl, Channel(), p.sound,
-                                *link_,     p.macroEditor, p.calibration};
+                                *link_,     p.macroSetup, p.calibration};
     }
     p.queue.UseTime(real_->time);
     return platform::Platform{p.controls,     real_->scheduler, p.queue,         files,
                               calendar,       p.language,       real_->parallel, real_->serial,
-                              Channel(),      real_->sound,     *link_,          p.macroEditor,
+                              Channel(),      real_->sound,     *link_,          p.macroSetup,
                               p.calibration};
   }
 
@@ -212,6 +213,27 @@ winkeysim::MemoryChip& Session::Chip(const ScriptEvent& event) {
   return *chip_;
 }
 
+// What the operator does in the open macro editor.
+void Session::Editor(const ScriptEvent& event) {
+  if (!p_.macroSetup.Loaded()) {
+    throw ScriptError(event.line, event.verb + ": no macro editor is open");
+  }
+  platform::memory::MemoryMacroSetupDialog& dialog = p_.macroSetup.dialog();
+  platform::memory::MemoryEditBox& box =
+      event.name == "CaptionText" ? dialog.CaptionText : dialog.MacroText;
+  if (event.verb == "editor-field") {
+    box.SetText(event.argument);
+  } else if (event.verb == "editor-type") {
+    box.Type(event.argument);
+  } else if (event.verb == "editor-click") {
+    dialog.Button(event.name)->Click();
+  } else if (event.argument == "enter") {
+    dialog.Hbutton1.MouseEnter();
+  } else {
+    dialog.Hbutton1.MouseLeave();
+  }
+}
+
 void Session::Apply(const ScriptEvent& event) {
   if (closed_) return;
   app::Vantrel& keyer = *keyer_;
@@ -252,6 +274,19 @@ void Session::Apply(const ScriptEvent& event) {
     keyer.mMacros.btnF_Click(static_cast<int16_t>(event.first));
   } else if (event.verb == "macro") {
     keyer.macros.MacroTexts.at(static_cast<size_t>(event.first)) = event.argument;
+  } else if (event.verb == "editor") {
+    // A right click: the press closes any open editor, the release opens this one.
+    keyer.mMacros.btnf_MouseDown(static_cast<int16_t>(event.first), 2);
+    keyer.mMacros.btnf_MouseUp(static_cast<int16_t>(event.first), 2);
+  } else if (event.verb.rfind("editor-", 0) == 0) {
+    Editor(event);
+  } else if (event.verb == "pick-color") {
+    p_.CommonDialog1.colours.push_back(event.first);
+  } else if (event.verb == "pick-font") {
+    p_.CommonDialog1.fonts.push_back(platform::FontChoice{
+        event.argument, static_cast<float>(event.size),
+        event.name == "bold" || event.name == "bold-italic",
+        event.name == "italic" || event.name == "bold-italic", event.first});
   } else if (event.verb == "wait") {
     // Looks again a little later for as long as something goes out or a loop waits.
     constexpr int64_t kLookAgainNs = 200'000'000;

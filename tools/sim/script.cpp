@@ -13,7 +13,7 @@ struct VerbInfo {
   const char* name;
   bool takesArgument;
 };
-constexpr std::array<VerbInfo, 20> kVerbs{{{"send", true},
+constexpr std::array<VerbInfo, 27> kVerbs{{{"send", true},
                                           {"append", true},
                                           {"type", true},
                                           {"paste", true},
@@ -32,12 +32,25 @@ constexpr std::array<VerbInfo, 20> kVerbs{{{"send", true},
                                           {"wait", false},
                                           {"chip", true},
                                           {"paddle", false},
-                                          {"speed", true}}};
+                                          {"speed", true},
+                                          {"editor", true},
+                                          {"editor-field", true},
+                                          {"editor-type", true},
+                                          {"editor-click", true},
+                                          {"editor-mouse", true},
+                                          {"pick-color", true},
+                                          {"pick-font", true}}};
 constexpr std::array<const char*, 4> kFocus{"CWTextBox", "CallsignField", "NameField", "SRXField"};
 // The slots of the logger's shared block, in their order.
 constexpr std::array<const char*, 10> kSlots{"LinkCall",    "LinkName",  "LinkSerial", "LinkMyCall",
                                              "LinkBand",    "LinkControl", "LinkSRX", "LinkRadio",
                                              "LinkSentRST", "LinkReceivedRST"};
+constexpr std::array<const char*, 9> kEditorButtons{
+    "Hbutton1", "BackColorButton", "Hbutton3", "Hbutton2", "Hbutton4",
+    "Hbutton5", "Hbutton6",        "ARButton1", "Hbutton7"};
+constexpr std::array<const char*, 4> kFontStyles{"regular", "bold", "italic", "bold-italic"};
+// The largest Windows RGB colour, white.
+constexpr int kWhite = 0xFFFFFF;
 constexpr std::array<const char*, 9> kMenus{
     "mnuTX",  "mnuabort",  "mnuTune",    "mnuVOX",          "mnuMOX", "mnuDedicatedSerialPort",
     "mnuWinKey", "mnuWinKey2", "mnuSoftwareKeyer"};
@@ -62,6 +75,10 @@ int64_t ParseTime(const std::string& field, int line) {
 
 bool KnownFocus(const std::string& name) {
   return std::find(kFocus.begin(), kFocus.end(), name) != kFocus.end();
+}
+
+bool KnownEditorButton(const std::string& name) {
+  return std::find(kEditorButtons.begin(), kEditorButtons.end(), name) != kEditorButtons.end();
 }
 
 namespace {
@@ -120,6 +137,45 @@ void ReadArguments(ScriptEvent& event) {
       if (slot == kSlots.end()) throw ScriptError(event.line, "unknown slot '" + event.name + "'");
       event.first = static_cast<int>(slot - kSlots.begin());
     }
+  } else if (event.verb == "editor") {
+    words >> a >> rest;
+    if (!rest.empty()) throw ScriptError(event.line, "editor takes N");
+    event.first = Number(a, 1, 36, event, "the macro");
+  } else if (event.verb == "editor-field" || event.verb == "editor-type") {
+    const auto blank = event.argument.find(' ');
+    event.name = event.argument.substr(0, blank);
+    event.argument = blank == std::string::npos ? "" : event.argument.substr(blank + 1);
+    if (event.name != "MacroText" && event.name != "CaptionText") {
+      throw ScriptError(event.line, event.verb + " takes MacroText or CaptionText");
+    }
+  } else if (event.verb == "editor-click") {
+    if (!KnownEditorButton(event.argument)) {
+      throw ScriptError(event.line, "the editor has no button '" + event.argument + "'");
+    }
+    event.name = event.argument;
+  } else if (event.verb == "editor-mouse") {
+    if (event.argument != "enter" && event.argument != "leave") {
+      throw ScriptError(event.line, "editor-mouse takes enter or leave");
+    }
+  } else if (event.verb == "pick-color") {
+    event.first = Number(event.argument, 0, kWhite, event, "the colour");
+  } else if (event.verb == "pick-font") {
+    // SIZE COLOUR STYLE, then the font's name to the end of the line.
+    std::string style;
+    words >> a >> b >> style >> std::ws;
+    std::getline(words, rest);
+    char* end = nullptr;
+    event.size = std::strtod(a.c_str(), &end);
+    if (a.empty() || *end != '\0' || !(event.size > 0 && event.size < 1000)) {
+      throw ScriptError(event.line, "pick-font: the size must be a number of points above 0");
+    }
+    event.first = Number(b, 0, kWhite, event, "the colour");
+    if (std::find(kFontStyles.begin(), kFontStyles.end(), style) == kFontStyles.end()) {
+      throw ScriptError(event.line, "pick-font: the style is regular, bold, italic or bold-italic");
+    }
+    if (rest.empty()) throw ScriptError(event.line, "pick-font takes SIZE COLOUR STYLE NAME");
+    event.name = style;
+    event.argument = rest;
   } else if (event.verb == "focus" || event.verb == "field") {
     const auto blank = event.argument.find(' ');
     event.name = event.argument.substr(0, blank);
@@ -184,7 +240,7 @@ std::vector<ScriptEvent> ParseScript(std::istream& in) {
     std::string time;
     std::string verb;
     words >> time >> verb;
-    ScriptEvent event{ParseTime(time, line), verb, "", line, "", 0, 0};
+    ScriptEvent event{ParseTime(time, line), verb, "", line, "", 0, 0, 0};
     if (event.atNs < last) throw ScriptError(line, "times must not go backwards");
     last = event.atNs;
 

@@ -17,10 +17,16 @@ struct ScriptEvent {
   // Arguments read off for the verbs that take a control's name or numbers:
   // focus and field a name (field then its text in `argument`), key a code
   // and a shift state, resize a width and a height in twips, button and
-  // macro a macro's index, slot a slot's number and its name.
+  // macro a macro's index, slot a slot's number and its name. Of the
+  // editor's verbs: editor a macro's index; editor-field and editor-type a
+  // box's name, then its text in `argument`; editor-click a button's name;
+  // editor-mouse "enter" or "leave". pick-color a colour; pick-font the
+  // colour, the size in `size`, the style in `name` and the font's name in
+  // `argument`.
   std::string name;
   int first = 0;
   int second = 0;
+  double size = 0;
 };
 
 class ScriptError : public std::runtime_error {
@@ -35,6 +41,8 @@ bool KnownVerb(const std::string& verb, bool& takesArgument);
 bool KnownMenu(const std::string& name);
 // The controls that "focus" and "field" name.
 bool KnownFocus(const std::string& name);
+// The macro editor's buttons that "editor-click" names.
+bool KnownEditorButton(const std::string& name);
 
 std::vector<ScriptEvent> ParseScript(std::istream& in);
 // Resolves \xNN to the byte it names; other backslashes stay as they are.

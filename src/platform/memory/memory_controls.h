@@ -4,7 +4,9 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/common_dialog.h"
@@ -143,7 +145,9 @@ class MemoryListBox : public MemoryListBase<MemoryControlBase<ListBox>> {
   }
 };
 
-class MemoryCommandButton : public MemoryControlBase<CommandButton> {
+// A button's caption and look kept as set.
+template <typename Interface>
+class MemoryButtonBase : public MemoryControlBase<Interface> {
  public:
   void SetCaption(const std::string& caption) override { caption_ = caption; }
   void SetBackColor(Colour colour) override { backColor_ = colour; }
@@ -173,6 +177,8 @@ class MemoryCommandButton : public MemoryControlBase<CommandButton> {
   bool fontItalic_ = false;
   Colour foreColorOnMouse_ = 0;
 };
+
+using MemoryCommandButton = MemoryButtonBase<CommandButton>;
 
 // The macro buttons, 1 to 36; entry 0 stands unused, as in the macro arrays.
 class MemoryButtonArray : public ControlArray<CommandButton> {
@@ -231,12 +237,15 @@ class MemoryCommonDialog : public CommonDialog {
 
 class MemoryWindow : public Window {
  public:
-  explicit MemoryWindow(Trace& trace) : trace_(trace) {}
+  // Every event but a message box is traced after `prefix`, which names a
+  // dialog; the main window has none. `width` and `height` are its design size.
+  explicit MemoryWindow(Trace& trace, std::string prefix = "", float width = 0, float height = 0)
+      : trace_(trace), prefix_(std::move(prefix)), height_(height), width_(width) {}
 
   std::string Caption() const override { return caption_; }
   void SetCaption(const std::string& caption) override {
     caption_ = caption;
-    trace_.Emit("caption " + Trace::Quote(caption));
+    Emit("caption " + Trace::Quote(caption));
   }
   float Top() const override { return top_; }
   float Left() const override { return left_; }
@@ -245,17 +254,19 @@ class MemoryWindow : public Window {
   void SetTop(float twips) override { top_ = twips; }
   void SetLeft(float twips) override { left_ = twips; }
   void SetHeight(float twips) override {
-    if (twips != height_) trace_.Emit("height " + vb::CStr(twips));
+    if (twips != height_) Emit("height " + vb::CStr(twips));
     height_ = twips;
   }
   void SetWidth(float twips) override { width_ = twips; }
   bool Minimized() const override { return minimized; }
+  float ScreenWidth() const override { return screenWidth; }
+  float ScreenHeight() const override { return screenHeight; }
   void SetTopmost(bool topmost) override {
     this->topmost = topmost;
-    trace_.Emit(topmost ? "topmost on" : "topmost off");
+    Emit(topmost ? "topmost on" : "topmost off");
   }
   void SetMousePointer(MousePointer pointer) override {
-    trace_.Emit(pointer == MousePointer::Hourglass ? "pointer hourglass" : "pointer default");
+    Emit(pointer == MousePointer::Hourglass ? "pointer hourglass" : "pointer default");
   }
   void MsgBox(const std::string& text, int /*style*/, const std::string& title) override {
     trace_.Emit("msgbox " + Trace::Quote(title) + " " + Trace::Quote(text));
@@ -266,11 +277,118 @@ class MemoryWindow : public Window {
   bool minimized = false;
   bool topmost = false;
   std::string clipboard;
+  // A screen of 1920 by 1080 pixels at 96 dpi.
+  float screenWidth = 28800;
+  float screenHeight = 16200;
+
+ private:
+  void Emit(const std::string& event) { trace_.Emit(prefix_ + event); }
+
+  Trace& trace_;
+  std::string prefix_;
+  std::string caption_;
+  float top_ = 0, left_ = 0, height_ = 0, width_ = 0;
+};
+
+// A button of a dialog: Click, MouseEnter and MouseLeave act for the mouse.
+// One given a trace name traces each change of its caption and look, e.g.
+// "editor Hbutton1 backcolor 255".
+class MemoryDialogButton : public MemoryButtonBase<DialogButton> {
+ public:
+  explicit MemoryDialogButton(Trace& trace, std::string traceName = "")
+      : trace_(trace), traceName_(std::move(traceName)) {}
+
+  void SetCaption(const std::string& caption) override {
+    if (caption != Caption()) Emit("caption " + Trace::Quote(caption));
+    MemoryButtonBase::SetCaption(caption);
+  }
+  void SetBackColor(Colour colour) override {
+    if (colour != BackColor()) Emit("backcolor " + std::to_string(colour));
+    MemoryButtonBase::SetBackColor(colour);
+  }
+  void SetForeColor(Colour colour) override {
+    if (colour != ForeColor()) Emit("forecolor " + std::to_string(colour));
+    MemoryButtonBase::SetForeColor(colour);
+  }
+  void SetFontName(const std::string& name) override {
+    if (name != FontName()) Emit("fontname " + Trace::Quote(name));
+    MemoryButtonBase::SetFontName(name);
+  }
+  void SetFontSize(float points) override {
+    if (points != FontSize()) Emit("fontsize " + vb::CStr(points));
+    MemoryButtonBase::SetFontSize(points);
+  }
+  void SetFontBold(bool bold) override {
+    if (bold != FontBold()) Emit(bold ? "fontbold True" : "fontbold False");
+    MemoryButtonBase::SetFontBold(bold);
+  }
+  void SetFontItalic(bool italic) override {
+    if (italic != FontItalic()) Emit(italic ? "fontitalic True" : "fontitalic False");
+    MemoryButtonBase::SetFontItalic(italic);
+  }
+  void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
+  void OnMouseEnter(std::function<void()> handler) override { onEnter_ = std::move(handler); }
+  void OnMouseLeave(std::function<void()> handler) override { onLeave_ = std::move(handler); }
+
+  void Click() { Run(onClick_); }
+  void MouseEnter() { Run(onEnter_); }
+  void MouseLeave() { Run(onLeave_); }
+
+ private:
+  void Emit(const std::string& event) {
+    if (!traceName_.empty()) trace_.Emit(traceName_ + " " + event);
+  }
+  void Run(const std::function<void()>& handler) {
+    if (Enabled() && handler) handler();
+  }
+
+  Trace& trace_;
+  std::string traceName_;
+  std::function<void()> onClick_, onEnter_, onLeave_;
+};
+
+// A plain text box of a dialog; each change of its text is traced as
+// `traceName` and the quoted text.
+class MemoryEditBox : public MemoryControlBase<EditBox> {
+ public:
+  MemoryEditBox(Trace& trace, std::string traceName, bool multiLine)
+      : trace_(trace), traceName_(std::move(traceName)), multiLine_(multiLine) {}
+
+  std::string Text() const override { return text_; }
+  // The same text again is no change.
+  void SetText(const std::string& text) override {
+    if (text == text_) return;
+    text_ = text;
+    trace_.Emit(traceName_ + " " + Trace::Quote(text_));
+    if (onChange_) onChange_();
+  }
+  void OnChange(std::function<void()> handler) override { onChange_ = std::move(handler); }
+  void OnKeyPress(std::function<void(int16_t&)> handler) override {
+    onKeyPress_ = std::move(handler);
+  }
+
+  // Keys typed at the end of the text, each through the key press. Enter
+  // ("\r") breaks the line of a box of several; other control characters
+  // add nothing.
+  void Type(const std::string& characters) {
+    for (const char character : characters) {
+      auto keyAscii = static_cast<int16_t>(static_cast<unsigned char>(character));
+      if (onKeyPress_) onKeyPress_(keyAscii);
+      if (keyAscii == '\r' && multiLine_) {
+        SetText(text_ + "\r\n");
+      } else if (keyAscii >= 32 && keyAscii <= 255) {
+        SetText(text_ + static_cast<char>(keyAscii));
+      }
+    }
+  }
 
  private:
   Trace& trace_;
-  std::string caption_;
-  float top_ = 0, left_ = 0, height_ = 0, width_ = 0;
+  std::string traceName_;
+  bool multiLine_;
+  std::string text_;
+  std::function<void()> onChange_;
+  std::function<void(int16_t&)> onKeyPress_;
 };
 
 }  // namespace vantrel::platform::memory

@@ -10,6 +10,7 @@
 #include "platform/memory/event_queue.h"
 #include "platform/memory/memory_controls.h"
 #include "platform/memory/memory_link_channel.h"
+#include "platform/memory/memory_macro_setup.h"
 #include "platform/memory/memory_ports.h"
 #include "platform/memory/memory_profile_file.h"
 #include "platform/memory/memory_sound.h"
@@ -80,7 +81,7 @@ struct MemoryPlatform {
   MemoryLinkChannel linkChannel{trace};
   MemorySoundSystem sound{trace};
   RecordingLoggerLink link{trace};
-  RecordingMacroEditor macroEditor{trace};
+  MemoryMacroSetup macroSetup{trace};
   RecordingCalibration calibration;
 
   MainWindowControls controls{
@@ -143,7 +144,7 @@ struct MemoryPlatform {
   Platform platform() {
     return Platform{controls, clock,     queue,     profile, wallClock,
                     language, parallel,  cwControl, linkChannel, sound,
-                    link,     macroEditor, calibration};
+                    link,     macroSetup, calibration};
   }
 };
 

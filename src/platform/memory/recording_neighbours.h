@@ -51,26 +51,6 @@ class RecordingLoggerLink : public LoggerLink {
   Trace& trace_;
 };
 
-// The editor's window as far as the buttons see it: open on one macro or shut.
-class RecordingMacroEditor : public MacroEditor {
- public:
-  explicit RecordingMacroEditor(Trace& trace) : trace_(trace) {}
-  void ShowMacroSetup(int16_t index) override {
-    shownIndex = index;
-    trace_.Emit("editor " + std::to_string(index));
-  }
-  void UnloadMacroSetup() override {
-    if (shownIndex == 0) return;
-    shownIndex = 0;
-    trace_.Emit("editor closed");
-  }
-
-  int16_t shownIndex = 0;
-
- private:
-  Trace& trace_;
-};
-
 class RecordingCalibration : public SpeedCalibration {
  public:
   bool Calibrating() const override { return calibrating; }

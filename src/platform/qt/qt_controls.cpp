@@ -1,16 +1,26 @@
 #include "platform/qt/qt_controls.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QFontDialog>
+#include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QVBoxLayout>
+
+#include "platform/qt/qt_button_events.h"
 
 #include "platform/qt/qt_key_events.h"
 
@@ -131,48 +141,132 @@ void QtMenuItem::SetCaption(const std::string& caption) {
   action_.setText(ToQString(caption));
 }
 
-QtCommandButton::QtCommandButton(QPushButton& button)
-    : QtControlBase<CommandButton>(button), button_(button) {}
-
-void QtCommandButton::SetCaption(const std::string& caption) {
+template <typename Interface>
+void QtButtonBase<Interface>::SetCaption(const std::string& caption) {
   button_.setText(ToQString(caption));
 }
 
-void QtCommandButton::SetBackColor(Colour colour) {
+template <typename Interface>
+void QtButtonBase<Interface>::SetBackColor(Colour colour) {
   QPalette palette = button_.palette();
   palette.setColor(QPalette::Button, ToQColor(colour));
   button_.setPalette(palette);
 }
 
-void QtCommandButton::SetForeColor(Colour colour) {
+template <typename Interface>
+void QtButtonBase<Interface>::SetForeColor(Colour colour) {
   QPalette palette = button_.palette();
   palette.setColor(QPalette::ButtonText, ToQColor(colour));
   button_.setPalette(palette);
 }
 
-void QtCommandButton::SetFontBold(bool bold) {
+template <typename Interface>
+void QtButtonBase<Interface>::SetFontBold(bool bold) {
   QFont font = button_.font();
   font.setBold(bold);
   button_.setFont(font);
 }
 
-void QtCommandButton::SetFontName(const std::string& name) {
+template <typename Interface>
+void QtButtonBase<Interface>::SetFontName(const std::string& name) {
   QFont font = button_.font();
   font.setFamily(ToQString(name));
   button_.setFont(font);
 }
 
-void QtCommandButton::SetFontSize(float points) {
+template <typename Interface>
+void QtButtonBase<Interface>::SetFontSize(float points) {
   if (points <= 0) return;
   QFont font = button_.font();
   font.setPointSizeF(points);
   button_.setFont(font);
 }
 
-void QtCommandButton::SetFontItalic(bool italic) {
+template <typename Interface>
+void QtButtonBase<Interface>::SetFontItalic(bool italic) {
   QFont font = button_.font();
   font.setItalic(italic);
   button_.setFont(font);
+}
+
+template class QtButtonBase<CommandButton>;
+template class QtButtonBase<DialogButton>;
+
+QtDialogButton::QtDialogButton(QPushButton& button)
+    : QtButtonBase<DialogButton>(button),
+      events_(std::make_unique<ButtonEvents>(
+          button, ButtonHandlers{[this] { if (onClick_) onClick_(); }, nullptr, nullptr,
+                                 [this] { if (onEnter_) onEnter_(); },
+                                 [this] { if (onLeave_) onLeave_(); }})) {}
+
+QtDialogButton::~QtDialogButton() = default;
+
+class QtEditBox::KeyFilter : public QObject {
+ public:
+  explicit KeyFilter(QtEditBox& box) : box_(box) {}
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    return event->type() == QEvent::KeyPress && box_.KeyPress(*static_cast<QKeyEvent*>(event));
+  }
+
+ private:
+  QtEditBox& box_;
+};
+
+QtEditBox::QtEditBox(QLineEdit& line)
+    : QtControlBase<EditBox>(line), line_(&line), filter_(std::make_unique<KeyFilter>(*this)) {
+  line.installEventFilter(filter_.get());
+  changed_ = QObject::connect(&line, &QLineEdit::textChanged, [this] {
+    if (onChange_) onChange_();
+  });
+}
+
+QtEditBox::QtEditBox(QPlainTextEdit& lines)
+    : QtControlBase<EditBox>(lines), lines_(&lines), filter_(std::make_unique<KeyFilter>(*this)) {
+  lines.installEventFilter(filter_.get());
+  changed_ = QObject::connect(&lines, &QPlainTextEdit::textChanged, [this] {
+    if (onChange_) onChange_();
+  });
+}
+
+QtEditBox::~QtEditBox() { QObject::disconnect(changed_); }
+
+std::string QtEditBox::Text() const {
+  if (line_) return FromQString(line_->text());
+  QString text = lines_->toPlainText();
+  text.replace('\n', "\r\n");
+  return FromQString(text);
+}
+
+void QtEditBox::SetText(const std::string& text) {
+  QString shown = ToQString(text);
+  if (line_) {
+    line_->setText(shown);
+    return;
+  }
+  shown.replace("\r\n", "\n");
+  shown.replace('\r', '\n');
+  lines_->setPlainText(shown);
+}
+
+// Shortcuts with CTRL or ALT make no character and are left to the widget.
+bool QtEditBox::KeyPress(const QKeyEvent& event) {
+  if (!onKeyPress_ || (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier))) return false;
+  const QString text = event.text();
+  if (text.size() != 1 || text.at(0).unicode() > 0xFF) return false;
+  const auto typed = static_cast<int16_t>(text.at(0).unicode());
+  int16_t keyAscii = typed;
+  onKeyPress_(keyAscii);
+  if (keyAscii == typed) return false;
+  if (keyAscii <= 0 || keyAscii > 0xFF) return true;
+  const QString changed(QChar(static_cast<char16_t>(keyAscii)));
+  if (line_) {
+    line_->insert(changed);
+  } else {
+    lines_->insertPlainText(changed);
+  }
+  return true;
 }
 
 QtCommandButton& QtButtonArray::operator[](int16_t index) {
@@ -225,25 +319,68 @@ void QtTimer::Restart() {
 
 void QtEventPump::DoEvents() { QCoreApplication::processEvents(); }
 
+// Above whichever window is active, so a dialog opened from a window that
+// stays on top is not hidden behind it.
+QWidget& QtCommonDialog::Parent() const {
+  QWidget* active = QApplication::activeWindow();
+  return active ? *active : owner_;
+}
+
 bool QtCommonDialog::ShowColor(Colour& colour) {
-  const QColor chosen = QColorDialog::getColor(ToQColor(colour), &owner_);
+  const QColor chosen = QColorDialog::getColor(ToQColor(colour), &Parent());
   if (!chosen.isValid()) return false;
   colour = FromQColor(chosen);
   return true;
 }
 
+// Qt's font dialog has no colour of its own; a button beside it gives one.
 bool QtCommonDialog::ShowFont(FontChoice& font) {
   QFont start(ToQString(font.name));
   if (font.size > 0) start.setPointSizeF(font.size);
   start.setBold(font.bold);
   start.setItalic(font.italic);
-  bool ok = false;
-  const QFont chosen = QFontDialog::getFont(&ok, start, &owner_);
-  if (!ok) return false;
+
+  QDialog dialog(&Parent());
+  dialog.setWindowTitle("Font");
+  auto* column = new QVBoxLayout(&dialog);
+  auto* fonts = new QFontDialog(start, &dialog);
+  fonts->setOptions(QFontDialog::NoButtons | QFontDialog::DontUseNativeDialog);
+  fonts->setWindowFlags(Qt::Widget);
+  column->addWidget(fonts);
+  auto* row = new QHBoxLayout;
+  auto* colourButton = new QPushButton("Color...", &dialog);
+  auto* swatch = new QLabel(&dialog);
+  swatch->setFixedSize(48, 20);
+  swatch->setAutoFillBackground(true);
+  Colour colour = font.colour;
+  const auto showColour = [swatch, &colour] {
+    QPalette palette = swatch->palette();
+    palette.setColor(QPalette::Window, ToQColor(colour));
+    swatch->setPalette(palette);
+  };
+  showColour();
+  QObject::connect(colourButton, &QPushButton::clicked, &dialog, [&dialog, &colour, showColour] {
+    const QColor chosen = QColorDialog::getColor(ToQColor(colour), &dialog);
+    if (!chosen.isValid()) return;
+    colour = FromQColor(chosen);
+    showColour();
+  });
+  row->addWidget(colourButton);
+  row->addWidget(swatch);
+  row->addStretch();
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  row->addWidget(buttons);
+  column->addLayout(row);
+  if (dialog.exec() != QDialog::Accepted) return false;
+
+  const QFont chosen = fonts->currentFont();
   font.name = FromQString(chosen.family());
   font.size = static_cast<float>(chosen.pointSizeF());
   font.bold = chosen.bold();
   font.italic = chosen.italic();
+  font.colour = colour;
   return true;
 }
 

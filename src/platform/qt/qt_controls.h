@@ -19,6 +19,9 @@
 
 class QAction;
 class QComboBox;
+class QKeyEvent;
+class QLineEdit;
+class QPlainTextEdit;
 class QListWidget;
 class QLabel;
 class QMenu;
@@ -189,9 +192,11 @@ class QtMenuItem : public MenuItem {
   QMetaObject::Connection aboutToShow_;
 };
 
-class QtCommandButton : public QtControlBase<CommandButton> {
+// A button's caption and look over a QPushButton.
+template <typename Interface>
+class QtButtonBase : public QtControlBase<Interface> {
  public:
-  explicit QtCommandButton(QPushButton& button);
+  explicit QtButtonBase(QPushButton& button) : QtControlBase<Interface>(button), button_(button) {}
   void SetCaption(const std::string& caption) override;
   void SetBackColor(Colour colour) override;
   void SetForeColor(Colour colour) override;
@@ -207,6 +212,62 @@ class QtCommandButton : public QtControlBase<CommandButton> {
  private:
   QPushButton& button_;
   Colour foreColorOnMouse_ = 0;
+};
+
+extern template class QtButtonBase<CommandButton>;
+extern template class QtButtonBase<DialogButton>;
+
+class QtCommandButton : public QtButtonBase<CommandButton> {
+ public:
+  using QtButtonBase::QtButtonBase;
+};
+
+class ButtonEvents;
+
+// A dialog's button: a click of the left button, the mouse entering and leaving.
+class QtDialogButton : public QtButtonBase<DialogButton> {
+ public:
+  explicit QtDialogButton(QPushButton& button);
+  ~QtDialogButton() override;
+  QtDialogButton(const QtDialogButton&) = delete;
+  QtDialogButton& operator=(const QtDialogButton&) = delete;
+  void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
+  void OnMouseEnter(std::function<void()> handler) override { onEnter_ = std::move(handler); }
+  void OnMouseLeave(std::function<void()> handler) override { onLeave_ = std::move(handler); }
+
+ private:
+  std::function<void()> onClick_, onEnter_, onLeave_;
+  std::unique_ptr<ButtonEvents> events_;
+};
+
+// A plain text box over a QLineEdit, or a QPlainTextEdit for several lines,
+// whose "\n" the logic sees as "\r\n". A character the key press handler
+// changes goes in changed; one it sets to 0 not at all.
+class QtEditBox : public QtControlBase<EditBox> {
+ public:
+  explicit QtEditBox(QLineEdit& line);
+  explicit QtEditBox(QPlainTextEdit& lines);
+  ~QtEditBox() override;
+  QtEditBox(const QtEditBox&) = delete;
+  QtEditBox& operator=(const QtEditBox&) = delete;
+  std::string Text() const override;
+  void SetText(const std::string& text) override;
+  void OnChange(std::function<void()> handler) override { onChange_ = std::move(handler); }
+  void OnKeyPress(std::function<void(int16_t&)> handler) override {
+    onKeyPress_ = std::move(handler);
+  }
+
+ private:
+  class KeyFilter;
+  // The character typed, after the handler: true when the event is done with.
+  bool KeyPress(const QKeyEvent& event);
+
+  QLineEdit* line_ = nullptr;
+  QPlainTextEdit* lines_ = nullptr;
+  std::function<void()> onChange_;
+  std::function<void(int16_t&)> onKeyPress_;
+  std::unique_ptr<KeyFilter> filter_;
+  QMetaObject::Connection changed_;
 };
 
 // The macro buttons 1 to 36; entry 0 stands unused, as in the macro arrays.
@@ -262,10 +323,11 @@ class QtCommonDialog : public CommonDialog {
  public:
   explicit QtCommonDialog(QWidget& owner) : owner_(owner) {}
   bool ShowColor(Colour& colour) override;
-  // Qt's font dialog has no colour box: the colour comes back as given.
   bool ShowFont(FontChoice& font) override;
 
  private:
+  QWidget& Parent() const;
+
   QWidget& owner_;
 };
 

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QScreen>
 
 #include "platform/qt/qt_controls.h"
 
@@ -48,6 +49,16 @@ void QtWindow::SetHeight(float twips) {
 }
 void QtWindow::SetWidth(float twips) {
   window_.resize(width_.Set(twips, TwipsPerPixelX(window_)), window_.height());
+}
+
+float QtWindow::ScreenWidth() const {
+  const QScreen* screen = window_.screen();
+  return screen ? static_cast<float>(screen->geometry().width() * TwipsPerPixelX(window_)) : 0;
+}
+
+float QtWindow::ScreenHeight() const {
+  const QScreen* screen = window_.screen();
+  return screen ? static_cast<float>(screen->geometry().height() * TwipsPerPixelY(window_)) : 0;
 }
 
 // Changing a window flag hides a shown window; it comes back at once.

@@ -22,12 +22,13 @@ class MainWindowWidget : public QMainWindow {
   void resizeEvent(QResizeEvent* event) override;
 };
 
-// The rectangle is the frame's place on the screen and the size inside the
-// frame: both read back as set, so a window saved at shutdown comes back the
-// same, whatever the window manager adds around it.
+// The main window or a dialog. The rectangle is the frame's place on the
+// screen and the size inside the frame: both read back as set, so a window
+// saved at shutdown comes back the same, whatever the window manager adds
+// around it.
 class QtWindow : public Window {
  public:
-  explicit QtWindow(MainWindowWidget& window) : window_(window) {}
+  explicit QtWindow(QWidget& window) : window_(window) {}
 
   std::string Caption() const override;
   void SetCaption(const std::string& caption) override;
@@ -40,13 +41,15 @@ class QtWindow : public Window {
   void SetHeight(float twips) override;
   void SetWidth(float twips) override;
   bool Minimized() const override { return window_.isMinimized(); }
+  float ScreenWidth() const override;
+  float ScreenHeight() const override;
   void SetTopmost(bool topmost) override;
   void SetMousePointer(MousePointer pointer) override;
   void MsgBox(const std::string& text, int style, const std::string& title) override;
   std::string ClipboardText() const override;
 
  private:
-  MainWindowWidget& window_;
+  QWidget& window_;
   TwipsCoordinate left_, top_, width_, height_;
 };
 
