@@ -6,14 +6,17 @@
 
 #include "macros/frm_assign_key.h"
 #include "platform/qt/frm_assign_key_window.h"
+#include "platform/qt/frm_port_window.h"
+#include "setup/frm_port.h"
 #include "platform/qt/qt_button_events.h"
 
 namespace vantrel::app {
 
-// Keyer selection (mnuWinKey, mnuWinKey2, mnuSoftwareKeyer) and mnuPort
-// show without an action until their dialogs and the keyer switch exist; so
-// does the right click that opens a macro's editor.
-void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
+// Keyer selection (mnuWinKey, mnuWinKey2, mnuSoftwareKeyer) and the WinKey
+// dialogs of mnuPort show without an action until they and the keyer switch
+// exist; so does the right click that opens a macro's editor.
+void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
+                   const platform::SerialPortList& ports) {
   mainwindow::FrmVantrel& form = keyer.form;
   sending::SendingCore& core = keyer.core;
 
@@ -56,6 +59,29 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
     dialog->Keep(logic);
     logic->Form_Load();
     dialog->show();
+  });
+  // One keyer setup dialog, made when first opened and kept by the main window.
+  struct PortDialog {
+    platform::qt::FrmPortWindow* window = nullptr;
+    setup::FrmPort* logic = nullptr;
+  };
+  auto port = std::make_shared<PortDialog>();
+  window.menu("mnuPort").OnClick([&window, &keyer, &ports, port] {
+    if (!window.controls().mnuSoftwareKeyer.Checked()) return;
+    if (port->window && port->window->isVisible()) {
+      port->window->raise();
+      return;
+    }
+    if (!port->window) {
+      port->window = new platform::qt::FrmPortWindow(window.widget());
+      auto logic = std::make_shared<setup::FrmPort>(
+          port->window->controls(), setup::SetupNeighbours{keyer.cw, keyer.core, keyer.lines, keyer.sidetone,
+                                                           keyer.store, keyer.calibration, ports});
+      port->logic = logic.get();
+      port->window->Keep(std::move(logic));
+    }
+    port->logic->Form_Load();
+    port->window->show();
   });
 
   macros::MMacros& mMacros = keyer.mMacros;

@@ -13,6 +13,7 @@
 #include "sending/sending_core.h"
 #include "sending/sidetone.h"
 #include "settings/settings_store.h"
+#include "setup/speed_calibration.h"
 #include "winkey/winkey_settings.h"
 
 namespace vantrel::app {
@@ -25,12 +26,13 @@ class Vantrel {
         sidetone(cw, p.controls.CWTextBox, p.sound),
         core(cw, p.controls, p.scheduler, p.pump,
              sending::SendingNeighbours{lines, winKeySettings, sidetone, p.link, p.winkey,
-                                        mMacros, p.calibration, store}),
+                                        mMacros, calibration, store}),
         form(p, mainwindow::ProgramState{cw, window, macros, winKeySettings, link}, core, lines,
              sidetone, store, mMacros, std::move(environment)),
         mMacros(macros::MacroNeighbours{cw, macros, window, winKeySettings, link, p.controls, core,
                                         lines, p.link, p.winkey, p.macroEditor, store,
-                                        form.ActiveField}) {}
+                                        form.ActiveField}),
+        calibration(cw, core, p.controls, p.scheduler, p.pump) {}
 
   sending::CwState cw;
   mainwindow::MainWindowState window;
@@ -42,9 +44,10 @@ class Vantrel {
   sending::Sidetone sidetone;
   sending::SendingCore core;
   mainwindow::FrmVantrel form;
-  // Built last: the core and the window hold it from the start but call it
-  // only once events run.
+  // Built last: the core and the window hold these from the start but call
+  // them only once events run.
   macros::MMacros mMacros;
+  setup::SpeedCalibrator calibration;
 };
 
 }  // namespace vantrel::app

@@ -29,7 +29,6 @@ struct Platform {
   LoggerLink& link;
   WinKeyLink& winkey;
   MacroEditor& macroEditor;
-  SpeedCalibration& calibration;
 };
 
 }  // namespace vantrel::platform

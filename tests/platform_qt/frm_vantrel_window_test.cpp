@@ -14,6 +14,7 @@
 
 #include "app/qt_connect.h"
 #include "app/vantrel.h"
+#include "platform/memory/memory_dialogs.h"
 #include "platform/memory/memory_platform.h"
 #include "platform/qt/frm_vantrel_window.h"
 #include "qt_application.h"
@@ -35,9 +36,9 @@ class FrmVantrelWindowTest : public ::testing::Test {
     linkChannel.loggerRunning = true;
     keyer = std::make_unique<app::Vantrel>(
         Platform{window.controls(), clock, window.pump(), files, wallClock, language, parallel,
-                 cwControl, linkChannel, sound, link, winkey, macroEditor, calibration},
+                 cwControl, linkChannel, sound, link, winkey, macroEditor},
         mainwindow::StartupEnvironment{kDirectory, ""});
-    app::ConnectWindow(window, *keyer);
+    app::ConnectWindow(window, *keyer, serialPorts);
   }
 
   void Start() {
@@ -77,9 +78,9 @@ class FrmVantrelWindowTest : public ::testing::Test {
   memory::MemorySoundSystem sound{trace};
   memory::RecordingLoggerLink link{trace};
   memory::RecordingWinKey winkey{trace};
-  memory::RecordingCalibration calibration;
   FrmVantrelWindow window;
   memory::RecordingMacroEditor macroEditor{trace};
+  memory::MemorySerialPortList serialPorts;
   std::unique_ptr<app::Vantrel> keyer;
 };
 

@@ -122,5 +122,19 @@ TEST(ParseScript, MacroVerbsReadAnIndexOrASlotAndTheirText) {
   EXPECT_THAT(ErrorOf("0 wait 5\n"), HasSubstr("wait takes no argument"));
 }
 
+TEST(ParseScript, DialogVerbsNameTheirControls) {
+  const auto events = Parse("0 dialog port\n1 click ARButton2\n2 control Pitch 700\n3 control Text2\n"
+                            "4 control Format 000\n");
+  EXPECT_EQ(events[2].name, "Pitch");
+  EXPECT_EQ(events[2].argument, "700");
+  EXPECT_EQ(events[3].name, "Text2");  // emptied
+  EXPECT_EQ(events[3].argument, "");
+  EXPECT_EQ(events[4].name, "");  // the logger's command, whole
+  EXPECT_EQ(events[4].argument, "Format 000");
+  EXPECT_THAT(ErrorOf("0 dialog winkey\n"), HasSubstr("unknown dialog"));
+  EXPECT_THAT(ErrorOf("0 click lbl\n"), HasSubstr("no dialog button"));
+  EXPECT_THAT(ErrorOf("0 control Pitch\n"), HasSubstr("needs a value"));
+}
+
 }  // namespace
 }  // namespace vantrel::sim

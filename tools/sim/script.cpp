@@ -13,7 +13,7 @@ struct VerbInfo {
   const char* name;
   bool takesArgument;
 };
-constexpr std::array<VerbInfo, 17> kVerbs{{{"send", true},
+constexpr std::array<VerbInfo, 19> kVerbs{{{"send", true},
                                           {"append", true},
                                           {"type", true},
                                           {"paste", true},
@@ -29,14 +29,28 @@ constexpr std::array<VerbInfo, 17> kVerbs{{{"send", true},
                                           {"slot", true},
                                           {"button", true},
                                           {"macro", true},
-                                          {"wait", false}}};
+                                          {"wait", false},
+                                          {"dialog", true},
+                                          {"click", true}}};
 constexpr std::array<const char*, 4> kFocus{"CWTextBox", "CallsignField", "NameField", "SRXField"};
 // The slots of the logger's shared block, in their order.
 constexpr std::array<const char*, 10> kSlots{"LinkCall",    "LinkName",  "LinkSerial", "LinkMyCall",
                                              "LinkBand",    "LinkControl", "LinkSRX", "LinkRadio",
                                              "LinkSentRST", "LinkReceivedRST"};
+constexpr std::array<const char*, 1> kDialogs{"port"};
+// The keyer setup dialog's controls: those a click acts on, and those that take a value.
+constexpr std::array<const char*, 13> kClickable{
+    "btnTest",       "ARButton1",         "ARButton2",   "btnOK",  "btnCancel",    "btnStopTest", "CheckParallel",
+    "CheckSharedSerial", "CheckSerial", "Check5", "ckSlowTyping", "Chk6",        "ckSidetone"};
+constexpr std::array<const char*, 8> kValued{"Text2", "Text3", "Text4", "Text5", "Text6", "cmbPort",
+                                             "DotLengthSlider", "Pitch"};
 constexpr std::array<const char*, 6> kMenus{"mnuTX",  "mnuabort", "mnuTune",
                                             "mnuVOX", "mnuMOX",   "mnuDedicatedSerialPort"};
+
+template <size_t N>
+bool Known(const std::array<const char*, N>& names, const std::string& name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
 
 int HexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -101,6 +115,23 @@ void ReadArguments(ScriptEvent& event) {
       const auto slot = std::find(kSlots.begin(), kSlots.end(), event.name);
       if (slot == kSlots.end()) throw ScriptError(event.line, "unknown slot '" + event.name + "'");
       event.first = static_cast<int>(slot - kSlots.begin());
+    }
+  } else if (event.verb == "dialog") {
+    if (!Known(kDialogs, event.argument)) throw ScriptError(event.line, "unknown dialog '" + event.argument + "'");
+  } else if (event.verb == "click") {
+    if (!Known(kClickable, event.argument)) {
+      throw ScriptError(event.line, "no dialog button or check box '" + event.argument + "'");
+    }
+  } else if (event.verb == "control") {
+    // A dialog's control by name and its value; any other text is the logger's command.
+    const auto blank = event.argument.find(' ');
+    const std::string first = event.argument.substr(0, blank);
+    if (Known(kValued, first)) {
+      event.name = first;
+      event.argument = blank == std::string::npos ? "" : event.argument.substr(blank + 1);
+      if (event.argument.empty() && (first == "DotLengthSlider" || first == "Pitch")) {
+        throw ScriptError(event.line, "control " + first + " needs a value");
+      }
     }
   } else if (event.verb == "focus" || event.verb == "field") {
     const auto blank = event.argument.find(' ');

@@ -17,7 +17,8 @@ struct ScriptEvent {
   // Arguments read off for the verbs that take a control's name or numbers:
   // focus and field a name (field then its text in `argument`), key a code
   // and a shift state, resize a width and a height in twips, button and
-  // macro a macro's index, slot a slot's number and its name.
+  // macro a macro's index, slot a slot's number and its name; control the
+  // dialog control's name when it names one (its value then in `argument`).
   std::string name;
   int first = 0;
   int second = 0;

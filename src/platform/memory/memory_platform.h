@@ -82,7 +82,6 @@ struct MemoryPlatform {
   RecordingLoggerLink link{trace};
   RecordingWinKey winkey{trace};
   RecordingMacroEditor macroEditor{trace};
-  RecordingCalibration calibration;
 
   MainWindowControls controls{
       frmVantrel,  CWTextBox,   CallsignField, NameField,   SRXField,  cmbPrevious,
@@ -144,7 +143,7 @@ struct MemoryPlatform {
   Platform platform() {
     return Platform{controls, clock,     queue,     profile, wallClock,
                     language, parallel,  cwControl, linkChannel, sound,
-                    link,     winkey,    macroEditor, calibration};
+                    link,     winkey,    macroEditor};
   }
 };
 

@@ -95,14 +95,4 @@ class RecordingMacroEditor : public MacroEditor {
   Trace& trace_;
 };
 
-class RecordingCalibration : public SpeedCalibration {
- public:
-  bool Calibrating() const override { return calibrating; }
-  void TransmissionStarted() override { ++started; }
-  void TransmissionEnded() override { ++ended; }
-  bool calibrating = false;
-  int started = 0;
-  int ended = 0;
-};
-
 }  // namespace vantrel::platform::memory
