@@ -88,7 +88,7 @@ struct Rig {
   loggerlink::LoggerLinkLogic link{channel, m.controls};
   app::Vantrel keyer{platform::Platform{m.controls, m.clock, m.queue, m.profile, m.wallClock, m.language,
                                         m.parallel, m.cwControl, channel, m.sound, link,
-                                        m.macroSetup, m.calibration},
+                                        m.macroSetup},
                      {"/bench", ""}};
   app::FormLinkWindow window{keyer.form, [] {}, [](int16_t) {}};
 };

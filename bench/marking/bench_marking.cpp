@@ -35,8 +35,7 @@ struct Rig {
   platform::memory::MemoryPlatform m;
   app::Vantrel keyer{platform::Platform{window.controls(), m.clock, window.pump(), m.profile,
                                         m.wallClock, m.language, m.parallel, m.cwControl,
-                                        m.linkChannel, m.sound, m.link, m.macroSetup,
-                                        m.calibration},
+                                        m.linkChannel, m.sound, m.link, m.macroSetup},
                      {"/bench", ""}};
   Rig() { m.trace.SetMuted(true); }
 };

@@ -87,7 +87,7 @@ struct TimingRig {
   platform::Platform platform() {
     return platform::Platform{p.controls,  scheduler,   p.queue,     p.profile, p.wallClock,
                               p.language,  port,        p.cwControl, p.linkChannel, p.sound,
-                              link,        p.macroSetup, p.calibration};
+                              link,        p.macroSetup};
   }
 };
 

@@ -6,12 +6,15 @@
 
 #include "macros/frm_assign_key.h"
 #include "platform/qt/frm_assign_key_window.h"
+#include "platform/qt/frm_port_window.h"
+#include "setup/frm_port.h"
 #include "platform/qt/qt_button_events.h"
 
 namespace vantrel::app {
 
-// mnuPort shows without an action until its dialogs exist.
-void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
+// mnuPort opens the Keyer setup dialog; the WinKey dialogs are still to come.
+void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
+                   const platform::SerialPortList& ports) {
   mainwindow::FrmVantrel& form = keyer.form;
   sending::SendingCore& core = keyer.core;
 
@@ -57,6 +60,29 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer) {
     dialog->Keep(logic);
     logic->Form_Load();
     dialog->show();
+  });
+  // One keyer setup dialog, made when first opened and kept by the main window.
+  struct PortDialog {
+    platform::qt::FrmPortWindow* window = nullptr;
+    setup::FrmPort* logic = nullptr;
+  };
+  auto port = std::make_shared<PortDialog>();
+  window.menu("mnuPort").OnClick([&window, &keyer, &ports, port] {
+    if (!window.controls().mnuSoftwareKeyer.Checked()) return;
+    if (port->window && port->window->isVisible()) {
+      port->window->raise();
+      return;
+    }
+    if (!port->window) {
+      port->window = new platform::qt::FrmPortWindow(window.widget());
+      auto logic = std::make_shared<setup::FrmPort>(
+          port->window->controls(), setup::SetupNeighbours{keyer.cw, keyer.core, keyer.lines, keyer.sidetone,
+                                                           keyer.store, keyer.calibration, ports});
+      port->logic = logic.get();
+      port->window->Keep(std::move(logic));
+    }
+    port->logic->Form_Load();
+    port->window->show();
   });
 
   macros::MMacros& mMacros = keyer.mMacros;

@@ -4,9 +4,12 @@
 #include "app/vantrel.h"
 #include "platform/qt/frm_vantrel_window.h"
 #include "platform/qt/qt_key_events.h"
+#include "platform/serial_port_list.h"
 
 namespace vantrel::app {
 
-void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer);
+// `ports` lists the serial devices that the keyer setup dialog offers.
+void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
+                   const platform::SerialPortList& ports);
 
 }  // namespace vantrel::app

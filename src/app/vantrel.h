@@ -14,6 +14,7 @@
 #include "sending/sending_core.h"
 #include "sending/sidetone.h"
 #include "settings/settings_store.h"
+#include "setup/speed_calibration.h"
 #include "winkey/winkey_host.h"
 #include "winkey/winkey_settings.h"
 
@@ -27,7 +28,7 @@ class Vantrel {
         sidetone(cw, p.controls.CWTextBox, p.sound),
         core(cw, p.controls, p.scheduler, p.pump,
              sending::SendingNeighbours{lines, winKeySettings, sidetone, p.link, winKey, mMacros,
-                                        p.calibration, store}),
+                                        calibration, store}),
         winKey(winKeyState, winkey::WinKeyNeighbours{cw, winKeySettings, link, p.controls,
                                                      p.cwControl, p.scheduler, core, lines, p.link,
                                                      mMacros}),
@@ -37,7 +38,8 @@ class Vantrel {
                                                                p.controls.CommonDialog1, store}),
         mMacros(macros::MacroNeighbours{cw, macros, window, winKeySettings, link, p.controls, core,
                                         lines, p.link, winKey, macroEditor, store,
-                                        form.ActiveField}) {}
+                                        form.ActiveField}),
+        calibration(cw, core, p.controls, p.scheduler, p.pump) {}
 
   sending::CwState cw;
   mainwindow::MainWindowState window;
@@ -52,9 +54,10 @@ class Vantrel {
   winkey::WinKeyHost winKey;
   mainwindow::FrmVantrel form;
   macros::MacroSetupEditor macroEditor;
-  // Built last: the core and the window hold it from the start but call it
-  // only once events run.
+  // Built last: the core and the window hold these from the start but call
+  // them only once events run.
   macros::MMacros mMacros;
+  setup::SpeedCalibrator calibration;
 };
 
 }  // namespace vantrel::app

@@ -16,20 +16,19 @@
 #include "platform/linux/line_safety.h"
 #include "platform/linux/linux_link_channel.h"
 #include "platform/linux/linux_scheduler.h"
+#include "platform/linux/linux_serial_ports.h"
 #include "platform/linux/linux_system.h"
 #include "platform/linux/portaudio_sound.h"
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
-#include "platform/memory/recording_neighbours.h"
-#include "platform/memory/trace.h"
 #include "platform/qt/frm_cw_macro_setup_window.h"
+#include "platform/qt/frm_port_window.h"
 #include "platform/qt/frm_vantrel_window.h"
 #include "platform/qt/qt_descriptor_watch.h"
 
 namespace {
 
 namespace linuxos = vantrel::platform::linuxos;
-namespace memory = vantrel::platform::memory;
 
 // How long after start-up the window is grabbed: time for the first paint.
 constexpr int kScreenshotDelayMs = 500;
@@ -39,6 +38,7 @@ constexpr int kDismissEveryMs = 50;
 struct Arguments {
   std::string commandLine;  // the profile name
   QString screenshot;       // --screenshot FILE: grab the window and quit
+  QString setupShot;        // --screenshot-setup FILE: the same for Keyer setup
 };
 
 Arguments Parse(const QStringList& arguments) {
@@ -46,6 +46,10 @@ Arguments Parse(const QStringList& arguments) {
   for (qsizetype i = 1; i < arguments.size(); ++i) {
     if (arguments[i] == "--screenshot" && i + 1 < arguments.size()) {
       parsed.screenshot = arguments[++i];
+      continue;
+    }
+    if (arguments[i] == "--screenshot-setup" && i + 1 < arguments.size()) {
+      parsed.setupShot = arguments[++i];
       continue;
     }
     if (!parsed.commandLine.empty()) parsed.commandLine += ' ';
@@ -69,7 +73,7 @@ int main(int argc, char** argv) {
   }
   linuxos::InstallLineSafety();
 
-  if (!arguments.screenshot.isEmpty()) {
+  if (!arguments.screenshot.isEmpty() || !arguments.setupShot.isEmpty()) {
     // Nobody is there to answer the start-up's message box.
     auto* dismiss = new QTimer(&application);
     QObject::connect(dismiss, &QTimer::timeout, [] {
@@ -90,17 +94,16 @@ int main(int argc, char** argv) {
   linuxos::PortAudioSoundSystem sound;
 
   vantrel::platform::qt::QtMacroSetupWindows macroSetup{window.widget()};
-  // A stand-in until the speed calibration lands: it does nothing.
-  memory::RecordingCalibration calibration;
   linuxos::LinuxLinkChannel linkChannel;
   vantrel::loggerlink::LoggerLinkLogic link{linkChannel, window.controls()};
 
   const vantrel::platform::Platform platform{
       window.controls(), scheduler, window.pump(), profile,     wallClock,
       language,          parallel,  cwControl,     linkChannel, sound,
-      link,              macroSetup,    calibration};
+      link,              macroSetup};
   vantrel::app::Vantrel keyer(platform, {configDir, arguments.commandLine});
-  vantrel::app::ConnectWindow(window, keyer);
+  const linuxos::LinuxSerialPortList serialPorts(configDir);
+  vantrel::app::ConnectWindow(window, keyer, serialPorts);
   // The logger's "Close" closes the window as the operator does; its window
   // states are those of the window manager.
   vantrel::app::FormLinkWindow linkWindow{
@@ -124,6 +127,19 @@ int main(int argc, char** argv) {
         QCoreApplication::exit(1);
         return;
       }
+      window.widget().close();
+    });
+  }
+  if (!arguments.setupShot.isEmpty()) {
+    QTimer::singleShot(kScreenshotDelayMs, [&window] { window.menu("mnuPort").action().trigger(); });
+    QTimer::singleShot(2 * kScreenshotDelayMs, [&window, &arguments] {
+      auto* dialog = window.widget().findChild<vantrel::platform::qt::FrmPortWindow*>();
+      if (!dialog || !dialog->grab().save(arguments.setupShot)) {
+        std::fprintf(stderr, "cannot write %s\n", qPrintable(arguments.setupShot));
+        QCoreApplication::exit(1);
+        return;
+      }
+      dialog->close();
       window.widget().close();
     });
   }

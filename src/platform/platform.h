@@ -30,7 +30,6 @@ struct Platform {
   LoggerLink& link;
   // The macro editor's dialog; the keyer runs the editor on it.
   MacroSetupWindows& macroSetup;
-  SpeedCalibration& calibration;
 };
 
 }  // namespace vantrel::platform

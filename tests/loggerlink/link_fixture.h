@@ -63,7 +63,7 @@ class LinkFixture : public ::testing::Test {
     platform::memory::MemoryPlatform& m = p;
     return platform::Platform{m.controls, m.clock,     m.queue,     m.profile, m.wallClock,
                               m.language, m.parallel,  m.cwControl, channel_,  m.sound,
-                              link,       m.macroSetup, m.calibration};
+                              link,       m.macroSetup};
   }
 
   static constexpr const char* kDirectory = "/vantrel";

@@ -10,6 +10,7 @@
 
 #include "app/qt_connect.h"
 #include "app/vantrel.h"
+#include "platform/memory/memory_dialogs.h"
 #include "platform/memory/memory_platform.h"
 #include "platform/qt/frm_cw_macro_setup_window.h"
 #include "platform/qt/frm_vantrel_window.h"
@@ -29,9 +30,9 @@ class FrmVantrelWindowTest : public ::testing::Test {
     linkChannel.loggerRunning = true;
     keyer = std::make_unique<app::Vantrel>(
         Platform{window.controls(), clock, window.pump(), files, wallClock, language, parallel,
-                 cwControl, linkChannel, sound, link, macroSetup, calibration},
+                 cwControl, linkChannel, sound, link, macroSetup},
         mainwindow::StartupEnvironment{kDirectory, ""});
-    app::ConnectWindow(window, *keyer);
+    app::ConnectWindow(window, *keyer, serialPorts);
   }
 
   void Start() {
@@ -70,9 +71,9 @@ class FrmVantrelWindowTest : public ::testing::Test {
   memory::MemoryLinkChannel linkChannel{trace};
   memory::MemorySoundSystem sound{trace};
   memory::RecordingLoggerLink link{trace};
-  memory::RecordingCalibration calibration;
   FrmVantrelWindow window;
   QtMacroSetupWindows macroSetup{window.widget()};
+  memory::MemorySerialPortList serialPorts;
   std::unique_ptr<app::Vantrel> keyer;
 };
 

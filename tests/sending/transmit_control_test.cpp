@@ -148,17 +148,6 @@ TEST_F(TransmitControl, EndingTwiceDoesNoHarm) {
   EXPECT_TRUE(p.Timer1.Enabled());
 }
 
-TEST_F(TransmitControl, CalibrationTakesOverTheStartAndEndSteps) {
-  Start();
-  p.calibration.calibrating = true;
-  cw.SavedWPM = 33;
-  core.StartTransmission();
-  core.EndTransmission();
-  EXPECT_EQ(p.calibration.started, 1);
-  EXPECT_EQ(p.calibration.ended, 1);
-  EXPECT_EQ(cw.WPM, 33);  // the saved speed was left alone
-}
-
 TEST_F(TransmitControl, LogAfterSendLogsOnceAtTheEnd) {
   Start();
   cw.LogAfterSend = true;

@@ -322,5 +322,19 @@ TEST(RunnerLink, OnTheRealLinkTheLoggerSeesTheScriptAndTheKeyer) {
   EXPECT_EQ(logger.WaitFor("post 900"), "post 900 0");
 }
 
+TEST(Runner, KeyerSetupAppliesWhatTheScriptEnters) {
+  const auto lines = RunScript(
+      "0 dialog port\n10 click CheckSerial\n20 control cmbPort Comm1\n30 control Text6 9x\n"
+      "40 control DotLengthSlider 30\n50 click btnOK\n60 control 27\n");
+  EXPECT_EQ(CountOf(lines, "0.000 frmPort shown"), 1);
+  EXPECT_EQ(CountOf(lines, "30.000 frmPort Text6 \"9\""), 1);  // the x is dropped like a key
+  EXPECT_EQ(CountOf(lines, "50.000 setting \"frmVantrel Settings\" \"Word Space\" \" 9\""), 1);
+  EXPECT_EQ(CountOf(lines, "50.000 setting \"frmVantrel Settings\" \"Port to Use\" \"Serial\""), 1);
+  EXPECT_EQ(CountOf(lines, "50.000 status \" Keying speed = 30 WPM\""), 1);
+  EXPECT_EQ(CountOf(lines, "50.000 frmPort closed"), 1);
+  // A dialog control with no dialog open is the script's error, not a logger command.
+  EXPECT_THROW(RunScript("0 control Text4 5\n"), ScriptError);
+}
+
 }  // namespace
 }  // namespace vantrel::sim

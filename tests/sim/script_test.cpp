@@ -151,5 +151,19 @@ TEST(ParseScript, EditorVerbsReadWhatTheyActOn) {
   EXPECT_THAT(ErrorOf("0 pick-font 10 0 bold\n"), HasSubstr("SIZE COLOUR STYLE NAME"));
 }
 
+TEST(ParseScript, DialogVerbsNameTheirControls) {
+  const auto events = Parse("0 dialog port\n1 click ARButton2\n2 control Pitch 700\n3 control Text2\n"
+                            "4 control Format 000\n");
+  EXPECT_EQ(events[2].name, "Pitch");
+  EXPECT_EQ(events[2].argument, "700");
+  EXPECT_EQ(events[3].name, "Text2");  // emptied
+  EXPECT_EQ(events[3].argument, "");
+  EXPECT_EQ(events[4].name, "");  // the logger's command, whole
+  EXPECT_EQ(events[4].argument, "Format 000");
+  EXPECT_THAT(ErrorOf("0 dialog winkey\n"), HasSubstr("unknown dialog"));
+  EXPECT_THAT(ErrorOf("0 click lbl\n"), HasSubstr("no dialog button"));
+  EXPECT_THAT(ErrorOf("0 control Pitch\n"), HasSubstr("needs a value"));
+}
+
 }  // namespace
 }  // namespace vantrel::sim

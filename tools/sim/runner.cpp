@@ -7,14 +7,17 @@
 #include "platform/linux/line_safety.h"
 #include "platform/linux/linux_link_channel.h"
 #include "platform/linux/linux_scheduler.h"
+#include "platform/linux/linux_serial_ports.h"
 #include "platform/linux/linux_system.h"
 #include "platform/linux/portaudio_sound.h"
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
+#include "platform/memory/memory_dialogs.h"
 #include "platform/memory/memory_platform.h"
 #include "memory_chip.h"
 #include "real_time.h"
 #include "settings/settings_store.h"
+#include "setup/frm_port.h"
 #include "vb/vb.h"
 
 namespace vantrel::sim {
@@ -72,6 +75,9 @@ class Session {
   void Resize(float width, float height);
   void Close();
   void Editor(const ScriptEvent& event);
+  void OpenPortDialog();
+  // The open dialog's controls; a script error when none is open.
+  platform::memory::MemoryKeyerSetup& OpenDialog(const ScriptEvent& event);
   // The logger writes a slot: the text, a NUL, blanks to 64 bytes.
   void LoggerWrites(loggerlink::LinkSlot slot, const std::string& text);
   // The in-memory chip answers as the keyer chosen, unless told otherwise.
@@ -102,13 +108,12 @@ class Session {
     if (!real_) {
       return platform::Platform{p.controls, p.clock,    p.queue,     files,     calendar,
                                 p.language, p.parallel, p.cwControl, Channel(), p.sound,
-                                *link_,     p.macroSetup, p.calibration};
+                                *link_,     p.macroSetup};
     }
     p.queue.UseTime(real_->time);
     return platform::Platform{p.controls,     real_->scheduler, p.queue,         files,
                               calendar,       p.language,       real_->parallel, real_->serial,
-                              Channel(),      real_->sound,     *link_,          p.macroSetup,
-                              p.calibration};
+                              Channel(),      real_->sound,     *link_,          p.macroSetup};
   }
 
   const RunOptions& options_;
@@ -122,6 +127,12 @@ class Session {
   std::optional<loggerlink::LoggerLinkLogic> link_;
   std::optional<app::Vantrel> keyer_;
   std::optional<app::FormLinkWindow> linkWindow_;
+  // The keyer setup dialog, made when first opened; its ports are those of
+  // the machine on a real-time run, one in-memory port otherwise.
+  std::optional<platform::memory::MemoryKeyerSetup> setup_;
+  std::optional<setup::FrmPort> frmPort_;
+  platform::memory::MemorySerialPortList memoryPorts_;
+  std::optional<platform::linuxos::LinuxSerialPortList> realPorts_;
   bool closed_ = false;
 };
 
@@ -184,6 +195,31 @@ void Session::Close() {
     keyer_->form.Form_Unload();
     closed_ = true;
   }
+}
+
+void Session::OpenPortDialog() {
+  app::Vantrel& keyer = *keyer_;
+  if (!p_.mnuSoftwareKeyer.Checked()) return;
+  if (!setup_) {
+    setup_.emplace(p_.trace, p_.queue);
+    const platform::SerialPortList* ports = &memoryPorts_;
+    if (real_) {
+      realPorts_.emplace(PortDirectory());
+      ports = &*realPorts_;
+    } else {
+      memoryPorts_.ports = {{"Comm1", "in-memory serial port"}};
+    }
+    frmPort_.emplace(setup_->controls(), setup::SetupNeighbours{keyer.cw, keyer.core, keyer.lines, keyer.sidetone,
+                                                                keyer.store, keyer.calibration, *ports});
+  }
+  if (setup_->frmPort.open) return;
+  frmPort_->Form_Load();
+  setup_->frmPort.Show();
+}
+
+platform::memory::MemoryKeyerSetup& Session::OpenDialog(const ScriptEvent& event) {
+  if (!setup_ || !setup_->frmPort.open) throw ScriptError(event.line, event.verb + ": no dialog is open");
+  return *setup_;
 }
 
 void Session::LoggerWrites(loggerlink::LinkSlot slot, const std::string& text) {
@@ -266,8 +302,14 @@ void Session::Apply(const ScriptEvent& event) {
     keyer.form.Form_Resize();
   } else if (event.verb == "close") {
     Close();
+  } else if (event.verb == "control" && !event.name.empty()) {
+    OpenDialog(event).Enter(event.name, event.argument);
   } else if (event.verb == "control") {
     LoggerWrites(loggerlink::LinkSlot::LinkControl, event.argument);
+  } else if (event.verb == "dialog") {
+    OpenPortDialog();
+  } else if (event.verb == "click") {
+    OpenDialog(event).Click(event.argument);
   } else if (event.verb == "slot") {
     LoggerWrites(static_cast<loggerlink::LinkSlot>(event.first), event.argument);
   } else if (event.verb == "button") {

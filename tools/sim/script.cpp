@@ -13,7 +13,7 @@ struct VerbInfo {
   const char* name;
   bool takesArgument;
 };
-constexpr std::array<VerbInfo, 27> kVerbs{{{"send", true},
+constexpr std::array<VerbInfo, 29> kVerbs{{{"send", true},
                                           {"append", true},
                                           {"type", true},
                                           {"paste", true},
@@ -39,7 +39,9 @@ constexpr std::array<VerbInfo, 27> kVerbs{{{"send", true},
                                           {"editor-click", true},
                                           {"editor-mouse", true},
                                           {"pick-color", true},
-                                          {"pick-font", true}}};
+                                          {"pick-font", true},
+                                          {"dialog", true},
+                                          {"click", true}}};
 constexpr std::array<const char*, 4> kFocus{"CWTextBox", "CallsignField", "NameField", "SRXField"};
 // The slots of the logger's shared block, in their order.
 constexpr std::array<const char*, 10> kSlots{"LinkCall",    "LinkName",  "LinkSerial", "LinkMyCall",
@@ -51,9 +53,21 @@ constexpr std::array<const char*, 9> kEditorButtons{
 constexpr std::array<const char*, 4> kFontStyles{"regular", "bold", "italic", "bold-italic"};
 // The largest Windows RGB colour, white.
 constexpr int kWhite = 0xFFFFFF;
+constexpr std::array<const char*, 1> kDialogs{"port"};
+// The keyer setup dialog's controls: those a click acts on, and those that take a value.
+constexpr std::array<const char*, 13> kClickable{
+    "btnTest",       "ARButton1",         "ARButton2",   "btnOK",  "btnCancel",    "btnStopTest", "CheckParallel",
+    "CheckSharedSerial", "CheckSerial", "Check5", "ckSlowTyping", "Chk6",        "ckSidetone"};
+constexpr std::array<const char*, 8> kValued{"Text2", "Text3", "Text4", "Text5", "Text6", "cmbPort",
+                                             "DotLengthSlider", "Pitch"};
 constexpr std::array<const char*, 9> kMenus{
     "mnuTX",  "mnuabort",  "mnuTune",    "mnuVOX",          "mnuMOX", "mnuDedicatedSerialPort",
     "mnuWinKey", "mnuWinKey2", "mnuSoftwareKeyer"};
+
+template <size_t N>
+bool Known(const std::array<const char*, N>& names, const std::string& name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
 
 int HexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -176,6 +190,23 @@ void ReadArguments(ScriptEvent& event) {
     if (rest.empty()) throw ScriptError(event.line, "pick-font takes SIZE COLOUR STYLE NAME");
     event.name = style;
     event.argument = rest;
+  } else if (event.verb == "dialog") {
+    if (!Known(kDialogs, event.argument)) throw ScriptError(event.line, "unknown dialog '" + event.argument + "'");
+  } else if (event.verb == "click") {
+    if (!Known(kClickable, event.argument)) {
+      throw ScriptError(event.line, "no dialog button or check box '" + event.argument + "'");
+    }
+  } else if (event.verb == "control") {
+    // A dialog's control by name and its value; any other text is the logger's command.
+    const auto blank = event.argument.find(' ');
+    const std::string first = event.argument.substr(0, blank);
+    if (Known(kValued, first)) {
+      event.name = first;
+      event.argument = blank == std::string::npos ? "" : event.argument.substr(blank + 1);
+      if (event.argument.empty() && (first == "DotLengthSlider" || first == "Pitch")) {
+        throw ScriptError(event.line, "control " + first + " needs a value");
+      }
+    }
   } else if (event.verb == "focus" || event.verb == "field") {
     const auto blank = event.argument.find(' ');
     event.name = event.argument.substr(0, blank);

@@ -17,12 +17,13 @@ struct ScriptEvent {
   // Arguments read off for the verbs that take a control's name or numbers:
   // focus and field a name (field then its text in `argument`), key a code
   // and a shift state, resize a width and a height in twips, button and
-  // macro a macro's index, slot a slot's number and its name. Of the
-  // editor's verbs: editor a macro's index; editor-field and editor-type a
-  // box's name, then its text in `argument`; editor-click a button's name;
-  // editor-mouse "enter" or "leave". pick-color a colour; pick-font the
-  // colour, the size in `size`, the style in `name` and the font's name in
-  // `argument`.
+  // macro a macro's index, slot a slot's number and its name; control the
+  // dialog control's name when it names one (its value then in `argument`).
+  // Of the editor's verbs: editor a macro's index; editor-field and
+  // editor-type a box's name, then its text in `argument`; editor-click a
+  // button's name; editor-mouse "enter" or "leave". pick-color a colour;
+  // pick-font the colour, the size in `size`, the style in `name` and the
+  // font's name in `argument`.
   std::string name;
   int first = 0;
   int second = 0;

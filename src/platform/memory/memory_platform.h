@@ -82,7 +82,6 @@ struct MemoryPlatform {
   MemorySoundSystem sound{trace};
   RecordingLoggerLink link{trace};
   MemoryMacroSetup macroSetup{trace};
-  RecordingCalibration calibration;
 
   MainWindowControls controls{
       frmVantrel,  CWTextBox,   CallsignField, NameField,   SRXField,  cmbPrevious,
@@ -144,7 +143,7 @@ struct MemoryPlatform {
   Platform platform() {
     return Platform{controls, clock,     queue,     profile, wallClock,
                     language, parallel,  cwControl, linkChannel, sound,
-                    link,     macroSetup, calibration};
+                    link,     macroSetup};
   }
 };
 

@@ -51,14 +51,4 @@ class RecordingLoggerLink : public LoggerLink {
   Trace& trace_;
 };
 
-class RecordingCalibration : public SpeedCalibration {
- public:
-  bool Calibrating() const override { return calibrating; }
-  void TransmissionStarted() override { ++started; }
-  void TransmissionEnded() override { ++ended; }
-  bool calibrating = false;
-  int started = 0;
-  int ended = 0;
-};
-
 }  // namespace vantrel::platform::memory
