@@ -8,9 +8,11 @@ namespace vantrel::platform {
 
 enum class MousePointer { Default, Hourglass };
 
-// Message box styles as the keyer asks for them: plain, or with the exclamation icon.
+// Message box styles as the keyer asks for them: plain, or with the
+// exclamation or the information icon.
 inline constexpr int kMsgBoxOkOnly = 0;
 inline constexpr int kMsgBoxExclamation = 48;
+inline constexpr int kMsgBoxInformation = 64;
 
 class Window {
  public:

@@ -5,13 +5,13 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QSlider>
 #include <QVBoxLayout>
 
+#include "platform/qt/qt_window.h"
 #include "platform/window.h"
 
 namespace vantrel::platform::qt {
@@ -136,12 +136,7 @@ void QtDialogWindow::Move(float left, float top) {
   dialog_.move(origin + QPoint(qRound(left / TwipsPerPixelX(dialog_)), qRound(top / TwipsPerPixelY(dialog_))));
 }
 
-// Changing a window flag hides a shown window; it comes back at once.
-void QtDialogWindow::SetTopmost(bool topmost) {
-  const bool shown = dialog_.isVisible();
-  dialog_.setWindowFlag(Qt::WindowStaysOnTopHint, topmost);
-  if (shown) dialog_.show();
-}
+void QtDialogWindow::SetTopmost(bool topmost) { SetStaysOnTop(dialog_, topmost); }
 
 void QtDialogWindow::SetMousePointer(DialogPointer pointer) {
   if (pointer == DialogPointer::NoDrop) {
@@ -152,10 +147,7 @@ void QtDialogWindow::SetMousePointer(DialogPointer pointer) {
 }
 
 void QtDialogWindow::MsgBox(const std::string& text, int style, const std::string& title) {
-  const QMessageBox::Icon icon = (style & kMsgBoxExclamation) == kMsgBoxExclamation ? QMessageBox::Warning
-                                                                                     : QMessageBox::NoIcon;
-  QMessageBox box(icon, ToQString(title), ToQString(text), QMessageBox::Ok, &dialog_);
-  box.exec();
+  ShowMessageBox(dialog_, text, style, title);
 }
 
 FrmCalibrateWindow::FrmCalibrateWindow(QWidget& owner)

@@ -61,12 +61,7 @@ float QtWindow::ScreenHeight() const {
   return screen ? static_cast<float>(screen->geometry().height() * TwipsPerPixelY(window_)) : 0;
 }
 
-// Changing a window flag hides a shown window; it comes back at once.
-void QtWindow::SetTopmost(bool topmost) {
-  const bool shown = window_.isVisible();
-  window_.setWindowFlag(Qt::WindowStaysOnTopHint, topmost);
-  if (shown) window_.show();
-}
+void QtWindow::SetTopmost(bool topmost) { SetStaysOnTop(window_, topmost); }
 
 void QtWindow::SetMousePointer(MousePointer pointer) {
   if (pointer == MousePointer::Hourglass) {
@@ -77,15 +72,26 @@ void QtWindow::SetMousePointer(MousePointer pointer) {
 }
 
 void QtWindow::MsgBox(const std::string& text, int style, const std::string& title) {
-  const QMessageBox::Icon icon =
-      (style & kMsgBoxExclamation) == kMsgBoxExclamation ? QMessageBox::Warning
-                                                          : QMessageBox::NoIcon;
-  QMessageBox box(icon, ToQString(title), ToQString(text), QMessageBox::Ok, &window_);
-  box.exec();
+  ShowMessageBox(window_, text, style, title);
 }
 
 std::string QtWindow::ClipboardText() const {
   return FromQString(QGuiApplication::clipboard()->text());
+}
+
+// Changing a window flag hides a shown window; it comes back at once.
+void SetStaysOnTop(QWidget& window, bool topmost) {
+  const bool shown = window.isVisible();
+  window.setWindowFlag(Qt::WindowStaysOnTopHint, topmost);
+  if (shown) window.show();
+}
+
+void ShowMessageBox(QWidget& owner, const std::string& text, int style, const std::string& title) {
+  QMessageBox::Icon icon = QMessageBox::NoIcon;
+  if ((style & kMsgBoxInformation) == kMsgBoxInformation) icon = QMessageBox::Information;
+  if ((style & kMsgBoxExclamation) == kMsgBoxExclamation) icon = QMessageBox::Warning;
+  QMessageBox box(icon, ToQString(title), ToQString(text), QMessageBox::Ok, &owner);
+  box.exec();
 }
 
 }  // namespace vantrel::platform::qt

@@ -22,6 +22,11 @@ class MainWindowWidget : public QMainWindow {
   void resizeEvent(QResizeEvent* event) override;
 };
 
+// What every window of the keyer does alike: staying on top, which hides and
+// shows a shown window again, and a message box it owns, which waits.
+void SetStaysOnTop(QWidget& window, bool topmost);
+void ShowMessageBox(QWidget& owner, const std::string& text, int style, const std::string& title);
+
 // The main window or a dialog. The rectangle is the frame's place on the
 // screen and the size inside the frame: both read back as set, so a window
 // saved at shutdown comes back the same, whatever the window manager adds
