@@ -78,6 +78,9 @@ class ProgressBar : public Control {
 
 enum class DialogPointer { Default, NoDrop };
 
+// A dialog's message box may also show the information icon.
+inline constexpr int kMsgBoxInformation = 64;
+
 // A dialog's own window. Sizes are twips; the screen is the one it shows on.
 class DialogWindow {
  public:

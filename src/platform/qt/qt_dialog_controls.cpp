@@ -152,8 +152,11 @@ void QtDialogWindow::SetMousePointer(DialogPointer pointer) {
 }
 
 void QtDialogWindow::MsgBox(const std::string& text, int style, const std::string& title) {
-  const QMessageBox::Icon icon = (style & kMsgBoxExclamation) == kMsgBoxExclamation ? QMessageBox::Warning
-                                                                                     : QMessageBox::NoIcon;
+  // The icon is the style's one field, bits 4 to 6.
+  const int iconField = style & 0x70;
+  const QMessageBox::Icon icon = iconField == kMsgBoxExclamation   ? QMessageBox::Warning
+                                 : iconField == kMsgBoxInformation ? QMessageBox::Information
+                                                                   : QMessageBox::NoIcon;
   QMessageBox box(icon, ToQString(title), ToQString(text), QMessageBox::Ok, &dialog_);
   box.exec();
 }
