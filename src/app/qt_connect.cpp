@@ -1,5 +1,6 @@
 #include "app/qt_connect.h"
 
+#include <QPointer>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -7,12 +8,13 @@
 #include "macros/frm_assign_key.h"
 #include "platform/qt/frm_assign_key_window.h"
 #include "platform/qt/frm_port_window.h"
-#include "setup/frm_port.h"
+#include "platform/qt/frm_winkey_config_window.h"
 #include "platform/qt/qt_button_events.h"
+#include "setup/frm_port.h"
+#include "winkey/frm_winkey_config.h"
 
 namespace vantrel::app {
 
-// mnuPort opens the Keyer setup dialog; the WinKey dialogs are still to come.
 void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
                    const platform::SerialPortList& ports) {
   mainwindow::FrmVantrel& form = keyer.form;
@@ -67,8 +69,31 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
     setup::FrmPort* logic = nullptr;
   };
   auto port = std::make_shared<PortDialog>();
-  window.menu("mnuPort").OnClick([&window, &keyer, &ports, port] {
-    if (!window.controls().mnuSoftwareKeyer.Checked()) return;
+  // Each chip's dialog is made anew at each opening and goes when closed.
+  using ChipDialog = QPointer<platform::qt::FrmWinKeyConfigWindow>;
+  auto chipDialogs = std::make_shared<std::pair<ChipDialog, ChipDialog>>();
+  const auto openChipDialog = [&window, &keyer, chipDialogs] {
+    const bool winKey2 = window.controls().mnuWinKey2.Checked();
+    ChipDialog& open = winKey2 ? chipDialogs->second : chipDialogs->first;
+    if (open && open->isVisible()) {
+      open->raise();
+      return;
+    }
+    auto* dialog = new platform::qt::FrmWinKeyConfigWindow(window.widget(), winKey2);
+    auto logic = std::make_shared<winkey::FrmWinKeyConfig>(
+        winKey2 ? winkey::Chip::WinKey2 : winkey::Chip::WinKey, dialog->controls(),
+        winkey::WinKeyConfigNeighbours{keyer.winKeySettings, keyer.store, keyer.winKey});
+    dialog->Keep(logic);
+    logic->Form_Load();
+    dialog->show();
+    open = dialog;
+  };
+  // The software keyer's setup, else the chip's: the WinKey's also when no keyer is ticked.
+  window.menu("mnuPort").OnClick([&window, &keyer, &ports, port, openChipDialog] {
+    if (!window.controls().mnuSoftwareKeyer.Checked()) {
+      openChipDialog();
+      return;
+    }
     if (port->window && port->window->isVisible()) {
       port->window->raise();
       return;

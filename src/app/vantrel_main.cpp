@@ -22,8 +22,8 @@
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
 #include "platform/qt/frm_cw_macro_setup_window.h"
-#include "platform/qt/frm_port_window.h"
 #include "platform/qt/frm_vantrel_window.h"
+#include "platform/qt/qt_dialog_controls.h"
 #include "platform/qt/qt_descriptor_watch.h"
 
 namespace {
@@ -38,7 +38,9 @@ constexpr int kDismissEveryMs = 50;
 struct Arguments {
   std::string commandLine;  // the profile name
   QString screenshot;       // --screenshot FILE: grab the window and quit
-  QString setupShot;        // --screenshot-setup FILE: the same for Keyer setup
+  // --screenshot-setup FILE: the same for the dialog that Config, Keyer
+  // setup opens for the keyer in use (Keyer setup itself, or a chip's config)
+  QString setupShot;
 };
 
 Arguments Parse(const QStringList& arguments) {
@@ -133,7 +135,10 @@ int main(int argc, char** argv) {
   if (!arguments.setupShot.isEmpty()) {
     QTimer::singleShot(kScreenshotDelayMs, [&window] { window.menu("mnuPort").action().trigger(); });
     QTimer::singleShot(2 * kScreenshotDelayMs, [&window, &arguments] {
-      auto* dialog = window.widget().findChild<vantrel::platform::qt::FrmPortWindow*>();
+      vantrel::platform::qt::DialogWidget* dialog = nullptr;
+      for (auto* each : window.widget().findChildren<vantrel::platform::qt::DialogWidget*>()) {
+        if (each->isVisible()) dialog = each;
+      }
       if (!dialog || !dialog->grab().save(arguments.setupShot)) {
         std::fprintf(stderr, "cannot write %s\n", qPrintable(arguments.setupShot));
         QCoreApplication::exit(1);

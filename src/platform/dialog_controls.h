@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/controls.h"
+#include "platform/window.h"
 
 namespace vantrel::platform {
 

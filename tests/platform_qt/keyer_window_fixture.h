@@ -25,13 +25,15 @@ inline constexpr int kKeyBit = 8;
 
 class FrmVantrelWindowTest : public ::testing::Test {
  protected:
-  FrmVantrelWindowTest() {
+  FrmVantrelWindowTest() : FrmVantrelWindowTest(files, kDirectory) {}
+  // The settings in `profile`, under `directory`, instead of in memory.
+  FrmVantrelWindowTest(ProfileFile& profile, const std::string& directory) {
     // A logger that answers, so start-up shows no message box to wait on.
     linkChannel.loggerRunning = true;
     keyer = std::make_unique<app::Vantrel>(
-        Platform{window.controls(), clock, window.pump(), files, wallClock, language, parallel,
+        Platform{window.controls(), clock, window.pump(), profile, wallClock, language, parallel,
                  cwControl, linkChannel, sound, link, macroSetup},
-        mainwindow::StartupEnvironment{kDirectory, ""});
+        mainwindow::StartupEnvironment{directory, ""});
     app::ConnectWindow(window, *keyer, serialPorts);
   }
 

@@ -336,5 +336,30 @@ TEST(Runner, KeyerSetupAppliesWhatTheScriptEnters) {
   EXPECT_THROW(RunScript("0 control Text4 5\n"), ScriptError);
 }
 
+TEST(Runner, TheChipDialogOfTheKeyerInUseRefusesAWidePotThenUploads) {
+  RunOptions options;
+  options.settings = {{"Keyer to Use", "WinKey"}, {"WinKey Port", "1"}};
+  // Start-up has found the chip by 1100.
+  const auto lines = RunScript(
+      "2000 dialog winkey2\n2000 dialog winkey\n2010 control Slider1 50\n2020 click ARButton1\n"
+      "2030 control Slider5 20\n2040 click ARButton1\n",
+      options);
+  EXPECT_THAT(lines, Not(Contains(::testing::HasSubstr("frmWinKey2Config"))));
+  EXPECT_EQ(CountOf(lines, "2000.000 frmWinKeyConfig Label21 \"1:3\""), 1);
+  EXPECT_EQ(CountOf(lines, "2010.000 frmWinKeyConfig Label18 \"50 WPM\""), 1);
+  EXPECT_EQ(CountOf(lines, "2020.000 frmWinKeyConfig msgbox \"Invalise Speed Pot settings\" \"The Speed Pot Max "
+                           "and Min values are incorrect.  The current values show Max of 50 and Min of 15.  The "
+                           "difference between Max and Min settings must be 31 or less.\""),
+            1);
+  EXPECT_EQ(CountOf(lines, "2020.000 setting \"WinKey Settings\" \"WinKey Speed Max\" \"50\""), 0);
+  EXPECT_EQ(CountOf(lines, "2040.000 setting \"WinKey Settings\" \"WinKey Speed Max\" \"50\""), 1);
+  EXPECT_EQ(CountOf(lines, "2040.000 winkey 00 02"), 1);
+  // The pot's minimum and span in the frame, then the dialog goes.
+  EXPECT_EQ(CountOf(lines, "2140.000 winkey 0F 16 0F 05 32 64 FA 14 1E 00 00 14 32 32 05 FF"), 1);
+  EXPECT_EQ(CountOf(lines, "2140.000 frmWinKeyConfig closed"), 1);
+  // The WinKey's dialog has no WinKey2 box.
+  EXPECT_THROW(RunScript("2000 dialog winkey\n2001 click ckPaddleOnlySideTone\n", options), ScriptError);
+}
+
 }  // namespace
 }  // namespace vantrel::sim

@@ -160,7 +160,7 @@ TEST(ParseScript, DialogVerbsNameTheirControls) {
   EXPECT_EQ(events[3].argument, "");
   EXPECT_EQ(events[4].name, "");  // the logger's command, whole
   EXPECT_EQ(events[4].argument, "Format 000");
-  EXPECT_THAT(ErrorOf("0 dialog winkey\n"), HasSubstr("unknown dialog"));
+  EXPECT_THAT(ErrorOf("0 dialog winkey3\n"), HasSubstr("unknown dialog"));
   EXPECT_THAT(ErrorOf("0 click lbl\n"), HasSubstr("no dialog button"));
   EXPECT_THAT(ErrorOf("0 control Pitch\n"), HasSubstr("needs a value"));
 }

@@ -14,11 +14,13 @@
 #include "platform/linux/termios_serial_port.h"
 #include "platform/memory/memory_dialogs.h"
 #include "platform/memory/memory_platform.h"
+#include "platform/memory/memory_winkey_config.h"
 #include "memory_chip.h"
 #include "real_time.h"
 #include "settings/settings_store.h"
 #include "setup/frm_port.h"
 #include "vb/vb.h"
+#include "winkey/frm_winkey_config.h"
 
 namespace vantrel::sim {
 namespace {
@@ -76,8 +78,10 @@ class Session {
   void Close();
   void Editor(const ScriptEvent& event);
   void OpenPortDialog();
-  // The open dialog's controls; a script error when none is open.
-  platform::memory::MemoryKeyerSetup& OpenDialog(const ScriptEvent& event);
+  void OpenChipDialog(bool winKey2);
+  // An operator's action on the dialog opened last of those still open; a
+  // script error when none is open or it has no such control.
+  void DialogAction(const ScriptEvent& event);
   // The logger writes a slot: the text, a NUL, blanks to 64 bytes.
   void LoggerWrites(loggerlink::LinkSlot slot, const std::string& text);
   // The in-memory chip answers as the keyer chosen, unless told otherwise.
@@ -133,6 +137,14 @@ class Session {
   std::optional<setup::FrmPort> frmPort_;
   platform::memory::MemorySerialPortList memoryPorts_;
   std::optional<platform::linuxos::LinuxSerialPortList> realPorts_;
+  // Each chip's dialog, made anew at each opening: its controls and its logic.
+  struct ChipDialog {
+    std::optional<platform::memory::MemoryWinKeyConfig> controls;
+    std::optional<winkey::FrmWinKeyConfig> logic;
+  };
+  ChipDialog winKeyDialog_, winKey2Dialog_;
+  // The dialogs by the order of their opening, the latest last.
+  std::vector<const platform::memory::MemoryDialogWindow*> opened_;
   bool closed_ = false;
 };
 
@@ -215,11 +227,46 @@ void Session::OpenPortDialog() {
   if (setup_->frmPort.open) return;
   frmPort_->Form_Load();
   setup_->frmPort.Show();
+  opened_.push_back(&setup_->frmPort);
 }
 
-platform::memory::MemoryKeyerSetup& Session::OpenDialog(const ScriptEvent& event) {
-  if (!setup_ || !setup_->frmPort.open) throw ScriptError(event.line, event.verb + ": no dialog is open");
-  return *setup_;
+// As Keyer setup does on a chip: the WinKey2's dialog with WinKey2 ticked,
+// the WinKey's with WinKey or no keyer ticked.
+void Session::OpenChipDialog(bool winKey2) {
+  if (p_.mnuSoftwareKeyer.Checked() || p_.mnuWinKey2.Checked() != winKey2) return;
+  ChipDialog& dialog = winKey2 ? winKey2Dialog_ : winKeyDialog_;
+  if (dialog.controls && dialog.controls->form.open) return;
+  app::Vantrel& keyer = *keyer_;
+  std::erase_if(opened_, [&dialog](auto* form) { return dialog.controls && form == &dialog.controls->form; });
+  dialog.logic.reset();
+  dialog.controls.emplace(p_.trace, winKey2);
+  dialog.logic.emplace(winKey2 ? winkey::Chip::WinKey2 : winkey::Chip::WinKey, dialog.controls->controls(),
+                       winkey::WinKeyConfigNeighbours{keyer.winKeySettings, keyer.store, keyer.winKey});
+  dialog.logic->Form_Load();
+  dialog.controls->form.Show();
+  opened_.push_back(&dialog.controls->form);
+}
+
+void Session::DialogAction(const ScriptEvent& event) {
+  std::erase_if(opened_, [](auto* form) { return !form->open; });
+  if (opened_.empty()) throw ScriptError(event.line, event.verb + ": no dialog is open");
+  const platform::memory::MemoryDialogWindow* latest = opened_.back();
+  const bool click = event.verb == "click";
+  const std::string& name = click ? event.argument : event.name;
+  bool done = false;
+  if (setup_ && latest == &setup_->frmPort) {
+    done = click ? setup_->Click(name) : setup_->Enter(name, event.argument);
+  } else {
+    platform::memory::MemoryWinKeyConfig& chip =
+        winKeyDialog_.controls && latest == &winKeyDialog_.controls->form ? *winKeyDialog_.controls
+                                                                          : *winKey2Dialog_.controls;
+    done = click ? chip.Click(name) : chip.Enter(name, event.argument);
+  }
+  if (!done) {
+    throw ScriptError(event.line, click ? "the open dialog has no button or check box '" + name + "'"
+                                        : "the open dialog has no control '" + name + "' that takes '" +
+                                              event.argument + "'");
+  }
 }
 
 void Session::LoggerWrites(loggerlink::LinkSlot slot, const std::string& text) {
@@ -303,13 +350,15 @@ void Session::Apply(const ScriptEvent& event) {
   } else if (event.verb == "close") {
     Close();
   } else if (event.verb == "control" && !event.name.empty()) {
-    OpenDialog(event).Enter(event.name, event.argument);
+    DialogAction(event);
   } else if (event.verb == "control") {
     LoggerWrites(loggerlink::LinkSlot::LinkControl, event.argument);
-  } else if (event.verb == "dialog") {
+  } else if (event.verb == "dialog" && event.argument == "port") {
     OpenPortDialog();
+  } else if (event.verb == "dialog") {
+    OpenChipDialog(event.argument == "winkey2");
   } else if (event.verb == "click") {
-    OpenDialog(event).Click(event.argument);
+    DialogAction(event);
   } else if (event.verb == "slot") {
     LoggerWrites(static_cast<loggerlink::LinkSlot>(event.first), event.argument);
   } else if (event.verb == "button") {

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "platform/memory/memory_winkey_config.h"
+
 namespace vantrel::sim {
 namespace {
 
@@ -53,8 +55,9 @@ constexpr std::array<const char*, 9> kEditorButtons{
 constexpr std::array<const char*, 4> kFontStyles{"regular", "bold", "italic", "bold-italic"};
 // The largest Windows RGB colour, white.
 constexpr int kWhite = 0xFFFFFF;
-constexpr std::array<const char*, 1> kDialogs{"port"};
-// The keyer setup dialog's controls: those a click acts on, and those that take a value.
+constexpr std::array<const char*, 3> kDialogs{"port", "winkey", "winkey2"};
+// The keyer setup dialog's controls: those a click acts on, and those that
+// take a value. The chip dialogs' are their own.
 constexpr std::array<const char*, 13> kClickable{
     "btnTest",       "ARButton1",         "ARButton2",   "btnOK",  "btnCancel",    "btnStopTest", "CheckParallel",
     "CheckSharedSerial", "CheckSerial", "Check5", "ckSlowTyping", "Chk6",        "ckSidetone"};
@@ -193,17 +196,20 @@ void ReadArguments(ScriptEvent& event) {
   } else if (event.verb == "dialog") {
     if (!Known(kDialogs, event.argument)) throw ScriptError(event.line, "unknown dialog '" + event.argument + "'");
   } else if (event.verb == "click") {
-    if (!Known(kClickable, event.argument)) {
+    if (!Known(kClickable, event.argument) && !platform::memory::MemoryWinKeyConfig::KnownClick(event.argument)) {
       throw ScriptError(event.line, "no dialog button or check box '" + event.argument + "'");
     }
   } else if (event.verb == "control") {
     // A dialog's control by name and its value; any other text is the logger's command.
     const auto blank = event.argument.find(' ');
     const std::string first = event.argument.substr(0, blank);
-    if (Known(kValued, first)) {
+    const bool chip = platform::memory::MemoryWinKeyConfig::KnownValue(first);
+    if (Known(kValued, first) || chip) {
       event.name = first;
       event.argument = blank == std::string::npos ? "" : event.argument.substr(blank + 1);
-      if (event.argument.empty() && (first == "DotLengthSlider" || first == "Pitch")) {
+      // Only a text takes nothing.
+      const bool text = first.rfind("Text", 0) == 0 || first == "cmbPort" || first == "cmbTone";
+      if (event.argument.empty() && !text) {
         throw ScriptError(event.line, "control " + first + " needs a value");
       }
     }

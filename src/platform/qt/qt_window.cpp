@@ -87,9 +87,11 @@ void SetStaysOnTop(QWidget& window, bool topmost) {
 }
 
 void ShowMessageBox(QWidget& owner, const std::string& text, int style, const std::string& title) {
-  QMessageBox::Icon icon = QMessageBox::NoIcon;
-  if ((style & kMsgBoxInformation) == kMsgBoxInformation) icon = QMessageBox::Information;
-  if ((style & kMsgBoxExclamation) == kMsgBoxExclamation) icon = QMessageBox::Warning;
+  // The icon is the style's one field, bits 4 to 6.
+  const int iconField = style & 0x70;
+  const QMessageBox::Icon icon = iconField == kMsgBoxExclamation   ? QMessageBox::Warning
+                                 : iconField == kMsgBoxInformation ? QMessageBox::Information
+                                                                   : QMessageBox::NoIcon;
   QMessageBox box(icon, ToQString(title), ToQString(text), QMessageBox::Ok, &owner);
   box.exec();
 }
