@@ -51,21 +51,6 @@ class TwoProcess : public RealChannel, public testing::LinkFixture {
   std::unique_ptr<LoggerProcess> logger;
 };
 
-TEST_F(TwoProcess, TheLoggersCallShowsAtTheNextPollAndComesBack) {
-  StartLogger();
-  Start();
-  EXPECT_THAT(startup, ::testing::Not(Contains(HasSubstr("msgbox"))));
-  logger->Command("call W1AW", "wrote 0");
-  std::string before, after;
-  At(199, [&] { before = p.CallsignField.Text(); });
-  At(201, [&] { after = p.CallsignField.Text(); });
-  Run();
-  EXPECT_EQ(before, "");
-  EXPECT_EQ(after, "W1AW");
-  // The field's change rule writes it back and says so.
-  EXPECT_EQ(logger->WaitFor("post 200 0 call \"W1AW\""), "post 200 0 call \"W1AW\" name \"\" srx \"###\"");
-}
-
 TEST_F(TwoProcess, ATypedCallReachesTheLoggersSlot) {
   StartLogger();
   Start();
@@ -73,20 +58,6 @@ TEST_F(TwoProcess, ATypedCallReachesTheLoggersSlot) {
   EXPECT_EQ(logger->WaitFor("post 200 0 call \"K1ABC\""), "post 200 0 call \"K1ABC\" name \"\" srx \"###\"");
   logger->Command("show", "call");
   EXPECT_THAT(logger->Lines(), Contains("call \"K1ABC\""));
-}
-
-TEST_F(TwoProcess, ATransmissionIsBracketedAndCommandsArrive) {
-  StartLogger();
-  Start({{"Slow Typing", "OFF"}});
-  logger->Command("control Format 000", "wrote 5");
-  At(0, [&] { p.CWTextBox.SetText("EE"); });
-  Run();
-  EXPECT_EQ(logger->WaitFor("post 900"), "post 900 1");
-  EXPECT_EQ(logger->WaitFor("post 900"), "post 900 0");
-  // The send loop's poll between the two letters took the command and cleared it.
-  EXPECT_EQ(keyer.link.SerialFormat, "000");
-  logger->Command("show", "control");
-  EXPECT_THAT(logger->Lines(), Contains("control \"\""));
 }
 
 TEST_F(TwoProcess, SharedSerialKeyingAsksTheLoggerAndWaitsForEachAnswer) {
@@ -105,22 +76,6 @@ TEST_F(TwoProcess, SharedSerialKeyingAsksTheLoggerAndWaitsForEachAnswer) {
   EXPECT_THAT(sends, ElementsAre("send 503 0", "send 403 0", "send 303 0", "send 403 0",
                                  "send 303 0", "send 603 0"));
   EXPECT_THAT(EventsStartingWith({"text \"CW"}), ::testing::IsEmpty());
-}
-
-TEST_F(TwoProcess, ALoggerThatStopsAnsweringIsReportedOnceAndNeverHangsTheKeyer) {
-  StartLogger();
-  Start({{"Port to Use", "Shared Serial"}, {"Dedicated Serial Port", "Comm3"}, {"PTT", "ON"},
-         {"Slow Typing", "OFF"}});
-  logger->Command("mute", "muted");
-  const int64_t started = LoggerProcess::NowMs();
-  At(0, [&] { p.CWTextBox.SetText("PARIS PARIS"); });
-  Run();
-  // One wait for the first request; the report then goes out without
-  // waiting, where a wait for each of its requests would take seconds.
-  EXPECT_LT(LoggerProcess::NowMs() - started, 2000);
-  EXPECT_THAT(EventsStartingWith({"text \"CW"}),
-              ElementsAre("text \"CW Port error : the logger did not answer within 200 ms\""));
-  EXPECT_FALSE(keyer.cw.Transmitting);
 }
 
 TEST_F(TwoProcess, ALoggerThatVanishesChangesNothingButThePosts) {

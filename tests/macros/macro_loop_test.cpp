@@ -72,35 +72,15 @@ TEST_P(LoopInterruption, EndsTheLoopOrNot) {
 int16_t Letter() { return 'A'; }
 
 const Interruption kInterruptions[] = {
-    {"KeyInBox",
-     [](app::Vantrel& k) {
-       int16_t a = Letter();
-       k.form.cwTextBox_KeyPress(a);
-     },
-     true},
-    {"KeyInCall",
-     [](app::Vantrel& k) {
-       int16_t a = Letter();
-       k.form.CallsignField_KeyPress(a);
-     },
-     true},
-    {"KeyInName",
-     [](app::Vantrel& k) {
-       int16_t a = Letter();
-       k.form.NameField_KeyPress(a);
-     },
-     true},
+    {"KeyInBox", [](app::Vantrel& k) { int16_t a = Letter(); k.form.cwTextBox_KeyPress(a); }, true},
+    {"KeyInCall", [](app::Vantrel& k) { int16_t a = Letter(); k.form.CallsignField_KeyPress(a); }, true},
+    {"KeyInName", [](app::Vantrel& k) { int16_t a = Letter(); k.form.NameField_KeyPress(a); }, true},
     {"ClickInBox", [](app::Vantrel& k) { k.form.cwTextBox_MouseDown(1); }, true},
     {"ClickInCall", [](app::Vantrel& k) { k.form.CallsignField_MouseDown(1); }, true},
     {"ClickInName", [](app::Vantrel& k) { k.form.NameField_MouseDown(2); }, true},
     {"Abort", [](app::Vantrel& k) { k.core.mnuabort_click(); }, true},
     {"OtherButton", [](app::Vantrel& k) { k.mMacros.btnF_Click(2); }, true},
-    {"KeyInSrx",
-     [](app::Vantrel& k) {
-       int16_t a = Letter();
-       int16_t shift = 0;
-       k.form.FieldKeyDown(a, shift, "SRXField");
-     },
+    {"KeyInSrx", [](app::Vantrel& k) { int16_t a = Letter(), shift = 0; k.form.FieldKeyDown(a, shift, "SRXField"); },
      false},
 };
 

@@ -44,14 +44,6 @@ TEST_F(StartupShutdown, FirstStartRunsInItsFixedOrder) {
   EXPECT_EQ(cw.LanguageId, 1033);
 }
 
-TEST_F(StartupShutdown, SecondStartNeitherStampsNorCopies) {
-  keyer.form.Form_Load();
-  p.trace.Clear();
-  app::Vantrel again(p.platform(), {kDirectory, ""});
-  again.form.Form_Load();
-  EXPECT_TRUE(EventsStartingWith({"setting"}).empty());
-}
-
 TEST_F(StartupShutdown, RunningLoggerGivesNoBoxAndItsHandlesAreReleased) {
   p.linkChannel.loggerRunning = true;
   keyer.form.Form_Load();

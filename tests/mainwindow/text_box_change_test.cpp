@@ -35,14 +35,6 @@ TEST_F(TextBoxChange, WinKeyRouteHandsOverOnlyWithThePortOpen) {
   EXPECT_EQ(chip.written, "\x02\x0F" "C");  // the speed, then one character
 }
 
-TEST_F(TextBoxChange, MoxOnlyEnablesTheCommand) {
-  Start({{"Keying", "MOX"}});
-  Type("CQ");
-  EXPECT_TRUE(p.mnuTX.Enabled());
-  EXPECT_FALSE(cw.Transmitting);
-  EXPECT_EQ(p.CWTextBox.Text(), "CQ");
-}
-
 TEST_F(TextBoxChange, TypingDuringTheLastCharacterContinuesTheSameTransmission) {
   Start({{"PTT", "ON"}, {"Slow Typing", "OFF"}});
   At(0, [&] { Type("T"); });
@@ -62,12 +54,6 @@ TEST_F(TextBoxChange, TypingAfterTheEndStartsANewTransmissionWithItsLeadDelay) {
   ASSERT_EQ(downs.size(), 2u);
   EXPECT_DOUBLE_EQ(downs[1], 1100);
   EXPECT_EQ(TimesOf("pttbox green").size(), 2u);
-}
-
-TEST_F(TextBoxChange, AMessageWrittenIntoTheBoxIsSentLikeTypedText) {
-  Start({{"Slow Typing", "OFF"}});
-  p.CWTextBox.SetText("CW Port error : E");
-  EXPECT_GT(TimesOf("keybox green").size(), 20u);
 }
 
 }  // namespace

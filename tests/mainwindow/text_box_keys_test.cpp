@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "support/keyer_fixture.h"
@@ -6,7 +5,6 @@
 namespace vantrel::mainwindow {
 namespace {
 
-using ::testing::ElementsAre;
 using testing::KeyerFixture;
 
 class TextBoxKeys : public KeyerFixture {
@@ -65,23 +63,6 @@ TEST_F(TextBoxKeys, ProsignKeysQueueTheirLettersOnTheSoftwareKeyerOnly) {
   p.mnuWinKey.SetChecked(true);
   TypeKeys("!");
   EXPECT_EQ(p.CWTextBox.Text(), "CQ B^T A^R!");
-}
-
-TEST_F(TextBoxKeys, FunctionKeysAndInsGoToTheMacrosAndNoFurther) {
-  Start({{"Insert Key", "136"}});
-  EXPECT_EQ(Press(113, 0, 4), 0);   // ALT F2
-  EXPECT_EQ(Press(113, 0, 1), 0);   // SHIFT F2 fires nothing, but does not reach the box
-  EXPECT_EQ(Press(45, 0), 0);       // INS stands for 136
-  EXPECT_THAT(EventsStartingWith({"macro"}), ElementsAre("macro 14", "macro 25"));
-  EXPECT_EQ(p.CWTextBox.Text(), "");
-}
-
-TEST_F(TextBoxKeys, AltLetterFiresByCaptionBeforeAnythingElse) {
-  Start();
-  keyer.macros.MacroCaptions[3] = "&Paris";
-  EXPECT_EQ(Press('P', 0, 4), 0);
-  EXPECT_EQ(Press('Q', 0, 4), 'Q');  // no caption has it: the key goes on
-  EXPECT_THAT(EventsStartingWith({"macro"}), ElementsAre("macro 3"));
 }
 
 TEST_F(TextBoxKeys, PageKeysMoveToTheCallAndEscAborts) {

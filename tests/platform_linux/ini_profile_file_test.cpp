@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/memory/memory_profile_file.h"
 #include "support/temp_folder.h"
 
 namespace vantrel::platform::linuxos {
@@ -72,36 +73,12 @@ TEST_F(IniProfileFileTest, HandEditedCrlfFileReadsFirstMatch) {
   EXPECT_EQ(Get(kSection, "; Speed"), kMissing);
 }
 
-TEST_F(IniProfileFileTest, NamesMeetWithoutRegardToCase) {
-  Put("[FrmVantrel Settings]\nSideTone=700\n");
-  EXPECT_EQ(Get("frmVantrel Settings", "sidetone"), "700");
-  EXPECT_EQ(Get("FRMVANTREL SETTINGS", "SIDETONE"), "700");
-
-  Write("frmvantrel settings", "SIDETONE", "650");
-  EXPECT_EQ(Contents(), "[FrmVantrel Settings]\nSideTone=650\n");
-}
-
-TEST_F(IniProfileFileTest, ValuesAreTrimmedAndCut) {
-  const std::string longValue(2500, 'x');
-  Put("[S]\nLong=" + longValue + "\nLead=  \t  W1AW \t \nShort=abcdef\n");
-  EXPECT_EQ(Get("S", "Long", 2000), std::string(1999, 'x'));
-  EXPECT_EQ(Get("S", "Lead"), "W1AW");
-  EXPECT_EQ(Get("S", "Short", 4), "abc");
-  EXPECT_EQ(Get("S", "Short", 7), "abcdef");
-}
-
-// One object sees the file appear and change, and serves two files: nothing is cached.
-TEST_F(IniProfileFileTest, FallbackIsTrimmedAndCutAndEditsAreSeen) {
-  const std::string other = dir_ + "/contestVantrel.INI";
-  EXPECT_EQ(ini_.GetPrivateProfileString("S", "K", "  fall back \t", 256, path_), "fall back");
+// One object sees the file appear and change by hand: nothing is cached.
+TEST_F(IniProfileFileTest, HandEditsAreSeen) {
   Put("[S]\nK=1\n");
-  std::ofstream(other, std::ios::binary) << "[S]\nK=9\n";
-  EXPECT_EQ(ini_.GetPrivateProfileString("S", "K", "", 256, path_), "1");
-  EXPECT_EQ(ini_.GetPrivateProfileString("S", "K", "", 256, other), "9");
-  EXPECT_EQ(ini_.GetPrivateProfileString("T", "K", " abcdef", 4, path_), "abc");
-  EXPECT_EQ(ini_.GetPrivateProfileString("S", "J", "dflt", 256, path_), "dflt");
+  EXPECT_EQ(Get("S", "K"), "1");
   Put("[S]\nK=2\n");
-  EXPECT_EQ(ini_.GetPrivateProfileString("S", "K", "", 256, path_), "2");
+  EXPECT_EQ(Get("S", "K"), "2");
 }
 
 TEST_F(IniProfileFileTest, WriteChangesOnlyTheOneLine) {
@@ -116,7 +93,7 @@ TEST_F(IniProfileFileTest, WriteChangesOnlyTheOneLine) {
       "[Logger]\r\n"
       "SideTone=900\r\n";
   Put(before);
-  Write(kSection, "sidetone", "650");
+  Write("FRMVANTREL SETTINGS", "sidetone", "650");
 
   std::string after = before;
   after.replace(after.find("  SideTone = 700"), 16, "  SideTone =650");
@@ -139,9 +116,7 @@ TEST_F(IniProfileFileTest, WriteAddsSectionAtEndOfFile) {
 }
 
 TEST_F(IniProfileFileTest, WriteCreatesMissingFile) {
-  EXPECT_FALSE(ini_.FileExists(path_));
   Write(kSection, "Speed", "25");
-  EXPECT_TRUE(ini_.FileExists(path_));
   Write(kSection, "Call", "W1AW");
   EXPECT_EQ(Contents(), "[FrmVantrel Settings]\nSpeed=25\nCall=W1AW\n");
   struct stat info {};
@@ -221,10 +196,8 @@ TEST_F(IniProfileFileTest, CopyTakesEveryByteAndTheSourceMode) {
 
 TEST_F(IniProfileFileTest, FailedCopyLeavesTheTargetAlone) {
   Put("[S]\nK=1\n");
-  EXPECT_FALSE(ini_.CopyFile(dir_ + "/absent.ini", path_));
   EXPECT_FALSE(ini_.CopyFile(dir_, path_));  // a directory is no profile
   EXPECT_FALSE(ini_.CopyFile(path_, dir_ + "/no/such/dir/x.ini"));
-  EXPECT_FALSE(ini_.FileExists(dir_ + "/absent.ini"));
   EXPECT_EQ(Contents(), "[S]\nK=1\n");
   EXPECT_EQ(Names(), std::vector<std::string>{"vantrel.ini"});
 }
@@ -278,6 +251,96 @@ TEST_F(IniProfileFileTest, KilledWriterNeverLeavesHalfAFile) {
     EXPECT_EQ(value.rfind(prefix, 0), 0u) << value;
     EXPECT_EQ(Contents(), fileWith(value)) << "round " << round;
   }
+}
+
+// What the file on disk and the one in memory share: the keyer and its
+// tests must find the same values in both.
+struct OnDisk {
+  IniProfileFile file;
+  testing::TempFolder folder;
+  std::string Path(const std::string& name) const { return folder / name; }
+};
+struct InMemory {
+  memory::MemoryProfileFile file;
+  std::string Path(const std::string& name) const { return "/opt/vantrel/" + name; }
+};
+
+template <typename Files>
+class ProfileFileTest : public ::testing::Test {
+ protected:
+  std::string Get(const std::string& section, const std::string& key, int size = 2000,
+                  const std::string& fallback = kMissing, const std::string& name = "Vantrel.INI") {
+    return files_.file.GetPrivateProfileString(section, key, fallback, size, Path(name));
+  }
+  void Put(const std::string& section, const std::string& key, const std::string& value,
+           const std::string& name = "Vantrel.INI") {
+    files_.file.WritePrivateProfileString(section, key, value, Path(name));
+  }
+  std::string Path(const std::string& name) const { return files_.Path(name); }
+  bool Exists(const std::string& name) { return files_.file.FileExists(Path(name)); }
+  bool Copy(const std::string& from, const std::string& to) {
+    return files_.file.CopyFile(Path(from), Path(to));
+  }
+
+  Files files_;
+};
+
+using Implementations = ::testing::Types<OnDisk, InMemory>;
+TYPED_TEST_SUITE(ProfileFileTest, Implementations);
+
+TYPED_TEST(ProfileFileTest, NamesMatchWithoutRegardToCaseWhenReadOrReplaced) {
+  this->Put("Main", "Keying", "VOX");
+  this->Put("Main", "WPM", "20");
+  this->Put("MAIN", "KEYING", "MOX");
+  this->Put("Other", "Keying", "VOX");
+  EXPECT_EQ(this->Get("main", "keying"), "MOX");
+  EXPECT_EQ(this->Get("Main", "WPM"), "20");
+  EXPECT_EQ(this->Get("Other", "Keying"), "VOX");
+  EXPECT_EQ(this->Get("Other", "WPM"), kMissing);  // sections stay apart
+  EXPECT_EQ(this->Get("Main", "Keyin"), kMissing);
+}
+
+TYPED_TEST(ProfileFileTest, ValuesLoseSurroundingBlanksThenAreCutToOneLessThanTheSize) {
+  this->Put("Main", "Text", " \t AB  CD \t ");
+  this->Put("Main", "Blank", "   ");
+  this->Put("Main", "Long", std::string(2500, 'x'));
+  EXPECT_EQ(this->Get("Main", "Text"), "AB  CD");
+  EXPECT_EQ(this->Get("Main", "Blank"), "");
+  EXPECT_EQ(this->Get("Main", "Long"), std::string(1999, 'x'));
+  EXPECT_EQ(this->Get("Main", "Text", 4), "AB ");
+  EXPECT_EQ(this->Get("Main", "Text", 7), "AB  CD");
+  EXPECT_EQ(this->Get("Main", "Text", 1), "");
+  EXPECT_EQ(this->Get("Main", "Missing", 3, "  12345 "), "12");  // the fallback too
+}
+
+TYPED_TEST(ProfileFileTest, FilesStayApartAndComeIntoBeingOnFirstWrite) {
+  EXPECT_FALSE(this->Exists("Vantrel.INI"));
+  this->Put("Main", "WPM", "20");
+  EXPECT_TRUE(this->Exists("Vantrel.INI"));
+  EXPECT_FALSE(this->Exists("contestVantrel.INI"));
+  EXPECT_FALSE(this->Exists("vantrel.ini"));  // paths keep their case
+  EXPECT_EQ(this->Get("Main", "WPM", 2000, kMissing, "contestVantrel.INI"), kMissing);
+}
+
+TYPED_TEST(ProfileFileTest, CopyIsWholeAndIndependentAndFailsOnAMissingSource) {
+  const std::string profile = "contestVantrel.INI";
+  this->Put("Main", "WPM", "20");
+  this->Put("Initialized", "Create Date/Time", "then");
+  this->Put("Main", "WPM", "35", profile);
+  this->Put("Old", "K", "1", profile);
+
+  EXPECT_FALSE(this->Copy("absent.INI", profile));
+  EXPECT_FALSE(this->Exists("absent.INI"));
+  EXPECT_EQ(this->Get("Main", "WPM", 2000, kMissing, profile), "35");
+
+  EXPECT_TRUE(this->Copy("Vantrel.INI", profile));
+  EXPECT_EQ(this->Get("Old", "K", 2000, kMissing, profile), kMissing);
+  EXPECT_EQ(this->Get("Initialized", "Create Date/Time", 2000, kMissing, profile), "then");
+  this->Put("Main", "WPM", "25", profile);
+  EXPECT_EQ(this->Get("Main", "WPM"), "20");
+  EXPECT_EQ(this->Get("Main", "WPM", 2000, kMissing, profile), "25");
+  EXPECT_TRUE(this->Copy("Vantrel.INI", "Vantrel.INI"));
+  EXPECT_EQ(this->Get("Main", "WPM"), "20");
 }
 
 }  // namespace

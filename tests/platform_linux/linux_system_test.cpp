@@ -16,13 +16,11 @@ namespace vantrel::platform::linuxos {
 namespace {
 
 TEST(WindowsLanguageNumber, LocaleThenLanguageThenEnglish) {
-  EXPECT_EQ(WindowsLanguageNumber("sv_SE.UTF-8"), 1053);
-  EXPECT_EQ(WindowsLanguageNumber("sv_FI.UTF-8"), 2077);  // the country decides first
-  EXPECT_EQ(WindowsLanguageNumber("de_AT@euro"), 3079);
-  EXPECT_EQ(WindowsLanguageNumber("de_LU.UTF-8"), 1031);  // unknown country: the language
-  EXPECT_EQ(WindowsLanguageNumber("nb_NO.UTF-8"), 1044);
-  EXPECT_EQ(WindowsLanguageNumber("C.UTF-8"), 1033);
-  EXPECT_EQ(WindowsLanguageNumber(""), 1033);
+  // The country decides first (sv_FI); an unknown one leaves the language (de_LU).
+  for (const auto& [locale, number] : {std::pair{"sv_SE.UTF-8", 1053}, {"sv_FI.UTF-8", 2077}, {"de_AT@euro", 3079},
+                                       {"de_LU.UTF-8", 1031}, {"nb_NO.UTF-8", 1044}, {"C.UTF-8", 1033}, {"", 1033}}) {
+    EXPECT_EQ(WindowsLanguageNumber(locale), number) << locale;
+  }
 }
 
 class LinuxSystemFolders : public ::testing::Test {

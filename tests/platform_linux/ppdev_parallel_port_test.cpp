@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 
 #include "support/temp_folder.h"
 
@@ -35,12 +36,10 @@ class PpdevParallelPortTest : public ::testing::Test {
 };
 
 TEST_F(PpdevParallelPortTest, FindsTheDeviceByDecimalBaseAddress) {
-  EXPECT_EQ(FindParportDevice(root_, 0x378), "/dev/parport90");
-  EXPECT_EQ(FindParportDevice(root_, 0x278), "/dev/parport91");
-  EXPECT_EQ(FindParportDevice(root_, 632), "/dev/parport91");
-  EXPECT_EQ(FindParportDevice(root_, 0xD010), "/dev/parport92");
-  EXPECT_EQ(FindParportDevice(root_, 1912), "");
-  EXPECT_EQ(FindParportDevice(root_, 0x3BC), "");
+  for (const auto& [base, device] : {std::pair{0x378, "/dev/parport90"}, {0x278, "/dev/parport91"},
+                                     {0xD010, "/dev/parport92"}, {1912, ""}, {0x3BC, ""}}) {
+    EXPECT_EQ(FindParportDevice(root_, base), device) << base;
+  }
   EXPECT_EQ(FindParportDevice(root_ + "/missing", 0x378), "");
 }
 

@@ -15,11 +15,9 @@ TEST(ComputeDotLength, FollowsTheStandardWordAtDefaultProportions) {
 }
 
 TEST(ComputeDotLength, NeverGoesBelowTwelve) {
-  EXPECT_EQ(ComputeDotLength(99, 3, 3, 7), 12);
-  EXPECT_EQ(ComputeDotLength(32767, 3, 3, 7), 12);
-  EXPECT_EQ(ComputeDotLength(0, 3, 3, 7), 12);  // a negative dot
-  EXPECT_EQ(ComputeDotLength(-5, 3, 3, 7), 12);
-  EXPECT_EQ(ComputeDotLength(0, 0, 0, 0), 12);  // a zero divisor
+  // 0 and -5 WPM give a negative dot; 0, 0, 0, 0 a zero divisor.
+  for (const int16_t wpm : {99, 32767, 0, -5}) EXPECT_EQ(ComputeDotLength(wpm, 3, 3, 7), 12) << wpm;
+  EXPECT_EQ(ComputeDotLength(0, 0, 0, 0), 12);
 }
 
 TEST(ComputeDotLength, AChangedProportionChangesTheDot) {

@@ -39,14 +39,18 @@ TEST_F(KeyLines, ParallelRegisterFollowsTheLinesAndKeepsItsUpperBits) {
   EXPECT_THAT(EventsStartingWith({"lpt"}), ElementsAre("lpt CF", "lpt C7", "lpt CF", "lpt CB"));
 }
 
-TEST_F(KeyLines, PttLevelsHoldWhenSetTwice) {
+TEST_F(KeyLines, StartingOrEndingTwiceDoesNoHarm) {
   Start({{"PTT", "ON"}});
   core.StartTransmission();
   core.StartTransmission();
   EXPECT_EQ(LowBits(), 15);
+  EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Green);
   core.EndTransmission();
   core.EndTransmission();
   EXPECT_EQ(LowBits(), 11);
+  EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
+  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_TRUE(p.Timer1.Enabled());
 }
 
 TEST_F(KeyLines, WithoutPttOnlyTheKeyAndItsBoxChange) {
@@ -55,15 +59,6 @@ TEST_F(KeyLines, WithoutPttOnlyTheKeyAndItsBoxChange) {
   Run();
   EXPECT_THAT(EventsStartingWith({"lpt", "keybox", "pttbox"}),
               ElementsAre("lpt 03", "keybox green", "lpt 0B", "keybox red"));
-}
-
-TEST_F(KeyLines, SharedSerialAsksTheLoggerWithThePortNumber) {
-  Start({{"Port to Use", "Shared Serial"}, {"Dedicated Serial Port", "Comm3"}, {"PTT", "ON"},
-         {"Slow Typing", "OFF"}});
-  At(0, [&] { Type("E"); });
-  Run();
-  EXPECT_THAT(EventsStartingWith({"send", "lpt", "dtr", "rts"}),
-              ElementsAre("send 503 0", "send 403 0", "send 303 0", "send 603 0"));
 }
 
 TEST_F(KeyLines, UnknownPortNameOnTheSharedRouteSendsTheBareCodes) {

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <utility>
+
 #include "sending/morse_table.h"
 
 namespace vantrel::sending {
@@ -9,15 +12,10 @@ constexpr int16_t kEnglish = 1033;
 constexpr int16_t kSwedish = 1053;
 
 TEST(CharToMorse, LettersDigitsAndPunctuation) {
-  EXPECT_EQ(CharToMorse('A', kEnglish), ".-");
-  EXPECT_EQ(CharToMorse('Q', kEnglish), "--.-");
-  EXPECT_EQ(CharToMorse('0', kEnglish), "-----");
-  EXPECT_EQ(CharToMorse('9', kEnglish), "----.");
-  EXPECT_EQ(CharToMorse('?', kEnglish), "..--..");
-  EXPECT_EQ(CharToMorse('"', kEnglish), ".-..-.");
-  EXPECT_EQ(CharToMorse('@', kEnglish), ".--.-.");
-  EXPECT_EQ(CharToMorse('(', kEnglish), "-.--.");
-  EXPECT_EQ(CharToMorse(')', kEnglish), "-.--.-");
+  for (const auto& [c, code] : {std::pair{'A', ".-"}, {'Q', "--.-"}, {'0', "-----"}, {'9', "----."},
+                                {'?', "..--.."}, {'"', ".-..-."}, {'@', ".--.-."}, {'(', "-.--."}, {')', "-.--.-"}}) {
+    EXPECT_EQ(CharToMorse(c, kEnglish), code) << c;
+  }
 }
 
 TEST(CharToMorse, LowerCaseLettersAreTheirCapitals) {
@@ -38,21 +36,16 @@ TEST(CharToMorse, MarksAndProsignKeysHaveNoCode) {
   }
 }
 
+// Ä Swedish, Æ Danish, Å Norwegian, Ö Finland's Swedish, Ø Norwegian Nynorsk, Þ Icelandic;
+// German has no rows, and the rows go by the code as given: no ä, no Ç.
 TEST(CharToMorse, NordicLettersExistOnlyInTheirLanguages) {
-  EXPECT_EQ(CharToMorse('\xC4', kSwedish), ".-.-");  // Ä
-  EXPECT_EQ(CharToMorse('\xC6', 1030), ".-.-");      // Æ, Danish
-  EXPECT_EQ(CharToMorse('\xC5', 1044), ".--.-");     // Å
-  EXPECT_EQ(CharToMorse('\xD6', 2077), "---.");      // Ö
-  EXPECT_EQ(CharToMorse('\xD8', 2068), "---.");      // Ø
-  EXPECT_EQ(CharToMorse('\xDE', 1039), ".--..");     // Þ
-  EXPECT_EQ(CharToMorse('\xC4', kEnglish), "");
-  EXPECT_EQ(CharToMorse('\xC4', 1031), "");  // German has no rows
-}
-
-TEST(CharToMorse, NordicRowsGoByTheCodeAsGiven) {
-  EXPECT_EQ(CharToMorse('\xE4', kSwedish), "");  // ä, 228
-  EXPECT_EQ(CharToMorse('\xC7', kSwedish), "");  // Ç: in the range, no row
-  EXPECT_EQ(CharToMorse('\xFF', kSwedish), "");
+  const std::tuple<char, int16_t, const char*> cases[] = {
+      {'\xC4', kSwedish, ".-.-"}, {'\xC6', 1030, ".-.-"}, {'\xC5', 1044, ".--.-"}, {'\xD6', 2077, "---."},
+      {'\xD8', 2068, "---."},     {'\xDE', 1039, ".--.."}, {'\xC4', kEnglish, ""},  {'\xC4', 1031, ""},
+      {'\xE4', kSwedish, ""},     {'\xC7', kSwedish, ""},  {'\xFF', kSwedish, ""}};
+  for (const auto& [c, language, code] : cases) {
+    EXPECT_EQ(CharToMorse(c, language), code) << static_cast<int>(static_cast<unsigned char>(c)) << " in " << language;
+  }
 }
 
 }  // namespace

@@ -156,17 +156,6 @@ TEST_F(SendLoop, TextTypedWhileDrainingAfterAnAbortGoesOutAfterwards) {
   EXPECT_EQ(p.CWTextBox.Text(), "");
 }
 
-TEST_F(SendLoop, LoopingMacroEndsTheTransmissionDespiteSlowTyping) {
-  Start({{"PTT", "ON"}});
-  cw.LoopDelay = 5000;
-  At(0, [&] { p.CWTextBox.SetText("E"); });
-  Run();
-  EXPECT_FALSE(cw.Transmitting);
-  EXPECT_EQ(TimesOf("pttbox red").size(), 1u);
-  EXPECT_TRUE(p.LoopTimer.Enabled());
-  EXPECT_EQ(p.LoopTimer.Interval(), 5000);
-}
-
 TEST_F(SendLoop, PollsTheLoggerBetweenCharactersOnly) {
   Start({{"Slow Typing", "OFF"}});
   const int before = p.link.polls;

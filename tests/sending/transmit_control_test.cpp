@@ -81,14 +81,6 @@ TEST_F(TransmitControl, AbortRestoresTheSavedSpeed) {
   EXPECT_EQ(p.sBar.Caption(), " Keying speed = 20 WPM");
 }
 
-TEST_F(TransmitControl, PttDisabledStillWaitsTheLeadDelayButMovesNoLine) {
-  Start({{"Slow Typing", "OFF"}});
-  At(0, [&] { Type("E"); });
-  Run();
-  EXPECT_TRUE(EventsStartingWith({"ptt"}).empty());
-  EXPECT_DOUBLE_EQ(TimesOf("keybox green").at(0), 100);
-}
-
 TEST_F(TransmitControl, TuneHoldsTheKeyWithoutLeadDelayAndAbortReleasesIt) {
   Start({{"PTT", "ON"}, {"SideTone", "ON"}});
   At(0, [&] { core.mnuTune_Click(); });
@@ -134,26 +126,6 @@ TEST_F(TransmitControl, KeyingModeClicksTickOneAndWriteTheSetting) {
   EXPECT_EQ(StoredSetting("FRMVANTREL SETTINGS", "keying"), "MOX");
   core.mnuVOX_Click();
   EXPECT_EQ(StoredSetting("frmVantrel Settings", "Keying"), "VOX");
-}
-
-TEST_F(TransmitControl, EndingTwiceDoesNoHarm) {
-  Start({{"PTT", "ON"}});
-  core.StartTransmission();
-  core.StartTransmission();
-  EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Green);
-  core.EndTransmission();
-  core.EndTransmission();
-  EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
-  EXPECT_FALSE(cw.Transmitting);
-  EXPECT_TRUE(p.Timer1.Enabled());
-}
-
-TEST_F(TransmitControl, LogAfterSendLogsOnceAtTheEnd) {
-  Start();
-  cw.LogAfterSend = true;
-  core.EndTransmission();
-  core.EndTransmission();
-  EXPECT_EQ(p.link.contactsLogged, 1);
 }
 
 }  // namespace
