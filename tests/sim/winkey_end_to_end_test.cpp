@@ -77,6 +77,17 @@ TEST_F(WinKeyEndToEnd, AMacroIsUploadedSentAndEchoedToTheEndOfTheRun) {
   EXPECT_EQ(echoed, "CQ DE W1AW");
 }
 
+TEST_F(WinKeyEndToEnd, APaddleBreakInCancelsTheMacro) {
+  Start("0 send CQ CQ CQ DE W1AW W1AW\n10 wait\n");
+  ASSERT_NE(KeyerSays(" mark 3"), "");
+  chip_->Command("paddle", "");
+  EXPECT_NE(KeyerSays(" pttbox green"), "");
+  EXPECT_NE(KeyerSays(" text \"\""), "");
+  EXPECT_NE(KeyerSays(" pttbox red"), "");
+  EXPECT_TRUE(keyer_->Exited(5000));
+  EXPECT_EQ(Count(" mark 8"), 0);
+}
+
 TEST_F(WinKeyEndToEnd, AChipThatVanishesMidRunIsReportedOnceWithoutAHang) {
   Start("0 send CQ CQ CQ DE W1AW W1AW\n10 wait\n3000 send TEST\n3100 wait\n");
   ASSERT_NE(KeyerSays(" mark 3"), "");
