@@ -17,7 +17,6 @@ import datetime
 import json
 import os
 import platform
-import re
 import statistics
 import subprocess
 import sys
@@ -25,8 +24,9 @@ import tempfile
 import time
 
 REPO = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-MARKER_BEGIN = '<!-- keyprobe comparison: begin -->'
-MARKER_END = '<!-- keyprobe comparison: end -->'
+sys.path.insert(0, os.path.join(REPO, 'bench'))
+import report  # noqa: E402
+SECTION = 'keyprobe comparison'
 
 
 def build_shim(out_dir):
@@ -142,7 +142,6 @@ def section(a, records, speeds):
     peer = subprocess.run(['dpkg-query', '-W', '-f=${Version}', 'cwdaemon'],
                           capture_output=True, text=True).stdout
     return '\n'.join([
-        MARKER_BEGIN,
         '## Key edges from outside the process, beside cwdaemon',
         '',
         'Made by `python3 bench/keyprobe/compare_keyers.py --runs %d --write docs/performance.md` '
@@ -161,15 +160,8 @@ def section(a, records, speeds):
         'Figures are medians over the runs of each run\'s own.' % (a.words, a.ptt_delay),
         '',
         table(a, records, speeds),
-        MARKER_END])
+        ])
 
-
-def write(path, text):
-    old = open(path).read() if os.path.exists(path) else '# Performance\n'
-    pattern = re.compile(re.escape(MARKER_BEGIN) + '.*?' + re.escape(MARKER_END), re.S)
-    new = pattern.sub(lambda _: text, old) if pattern.search(old) else old.rstrip('\n') + '\n\n' + text
-    with open(path, 'w') as f:
-        f.write(new.rstrip('\n') + '\n')
 
 
 def main():
@@ -223,9 +215,7 @@ def main():
 
 def finish(a, records, speeds):
     text = section(a, records, speeds)
-    print(text)
-    if a.write:
-        write(a.write, text)
+    report.publish(SECTION, text, a.write)
 
 
 if __name__ == '__main__':

@@ -23,8 +23,9 @@ import tempfile
 import time
 
 REPO = os.path.abspath(os.path.join(os.path.dirname(__file__), '..', '..'))
-MARKER_BEGIN = '<!-- winkey echo pacing: begin -->'
-MARKER_END = '<!-- winkey echo pacing: end -->'
+sys.path.insert(0, os.path.join(REPO, 'bench'))
+import report  # noqa: E402
+SECTION = 'winkey echo pacing'
 # A text of every letter and digit, so that short and long characters alternate.
 TEXT = 'CQ TEST DE W1AW THE QUICK BROWN FOX JUMPS OVER THE LAZY DOG 0123456789 5NN TU'
 
@@ -80,7 +81,6 @@ def section(a, wpm, per_run):
     shortest = 4 * dot  # E and the letter gap after it
     now = datetime.datetime.now(datetime.timezone.utc).strftime('%Y-%m-%d %H:%M UTC')
     return '\n'.join([
-        MARKER_BEGIN,
         '## Handing a WinKey its next character',
         '',
         'Made by `python3 bench/winkey/echo_pacing.py --runs %d --wpm %d --write docs/performance.md` '
@@ -102,15 +102,8 @@ def section(a, wpm, per_run):
         '',
         'Headroom: the shortest character is %.0fx the median reaction and %.0fx the worst one seen.' % (
             shortest / statistics.median(medians), shortest / max(everything)),
-        MARKER_END])
+        ])
 
-
-def write(path, text):
-    old = open(path).read() if os.path.exists(path) else '# Performance\n'
-    pattern = re.compile(re.escape(MARKER_BEGIN) + '.*?' + re.escape(MARKER_END), re.S)
-    new = pattern.sub(lambda _: text, old) if pattern.search(old) else old.rstrip('\n') + '\n\n' + text
-    with open(path, 'w') as f:
-        f.write(new.rstrip('\n') + '\n')
 
 
 def main():
@@ -128,9 +121,7 @@ def main():
     if not all(per_run):
         sys.exit('a run handed nothing over: is the chip answering?')
     text = section(a, a.wpm, per_run)
-    print(text)
-    if a.write:
-        write(a.write, text)
+    report.publish(SECTION, text, a.write)
 
 
 if __name__ == '__main__':

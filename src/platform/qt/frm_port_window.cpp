@@ -38,15 +38,6 @@ LineField* MakeField(QWidget* parent, int width) {
 
 }  // namespace
 
-template <typename Adapter, typename Widget>
-Adapter& FrmPortWindow::Make(Widget* widget, const char* name) {
-  widget->setObjectName(name);
-  auto adapter = std::make_shared<Adapter>(*widget);
-  Adapter& made = *adapter;
-  adapters_.push_back(std::move(adapter));
-  return made;
-}
-
 FrmPortWindow::FrmPortWindow(QWidget& owner) : DialogWidget(&owner, Qt::Dialog) {
   setModal(false);
   setWindowTitle("Keyer setup");

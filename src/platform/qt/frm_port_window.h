@@ -17,15 +17,9 @@ class FrmPortWindow : public DialogWidget {
 
   KeyerSetupControls controls();
   QtCalibrateForm& frmCalibrate() { return frmCalibrate_; }
-  // The dialog's logic, alive as long as the dialog.
-  void Keep(std::shared_ptr<void> logic) { kept_ = std::move(logic); }
 
  private:
-  template <typename Adapter, typename Widget>
-  Adapter& Make(Widget* widget, const char* name);
-
   QtDialogWindow window_{*this};
-  std::vector<std::shared_ptr<void>> adapters_;
   QtSlider* DotLengthSlider_ = nullptr;
   QtLabel* lbl_ = nullptr;
   QtSlider* Pitch_ = nullptr;
@@ -39,7 +33,6 @@ class FrmPortWindow : public DialogWidget {
   QtProgressBar* prgTest_ = nullptr;
   QtTimer ProgressTimer_;
   QtCalibrateForm frmCalibrate_{*this};
-  std::shared_ptr<void> kept_;
 };
 
 }  // namespace vantrel::platform::qt

@@ -124,15 +124,6 @@ void Caption(QWidget* parent, const char* text, float left, float top) {
 
 }  // namespace
 
-template <typename Adapter, typename Widget>
-Adapter& FrmWinKeyConfigWindow::Make(Widget* widget, const char* name) {
-  widget->setObjectName(name);
-  auto adapter = std::make_shared<Adapter>(*widget);
-  Adapter& made = *adapter;
-  adapters_.push_back(std::move(adapter));
-  return made;
-}
-
 FrmWinKeyConfigWindow::FrmWinKeyConfigWindow(QWidget& owner, bool winKey2)
     : DialogWidget(&owner, Qt::Dialog), winKey2_(winKey2) {
   const FormDesign& design = winKey2 ? kWinKey2Form : kWinKeyForm;

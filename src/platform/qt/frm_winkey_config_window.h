@@ -19,18 +19,11 @@ class FrmWinKeyConfigWindow : public DialogWidget {
 
   WinKeyConfigControls& controls() { return *controls_; }
   bool winKey2() const { return winKey2_; }
-  // The dialog's logic, alive as long as the dialog.
-  void Keep(std::shared_ptr<void> logic) { kept_ = std::move(logic); }
 
  private:
-  template <typename Adapter, typename Widget>
-  Adapter& Make(Widget* widget, const char* name);
-
   bool winKey2_;
   QtDialogWindow window_{*this};
-  std::vector<std::shared_ptr<void>> adapters_;
   std::optional<WinKeyConfigControls> controls_;
-  std::shared_ptr<void> kept_;
 };
 
 }  // namespace vantrel::platform::qt

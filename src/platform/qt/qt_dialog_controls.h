@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/dialog_controls.h"
 #include "platform/qt/qt_controls.h"
@@ -131,9 +132,25 @@ class DialogWidget : public QDialog {
   using QDialog::QDialog;
   std::function<void()> onClose;
   void reject() override { close(); }
+  // The dialog's logic, alive as long as the dialog.
+  void Keep(std::shared_ptr<void> logic) { kept_ = std::move(logic); }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  // An adapter over one of the dialog's widgets, named for the logic and the
+  // tests, and kept as long as the dialog.
+  template <typename Adapter, typename Widget>
+  Adapter& Make(Widget* widget, const char* name) {
+    widget->setObjectName(name);
+    auto adapter = std::make_shared<Adapter>(*widget);
+    Adapter& made = *adapter;
+    adapters_.push_back(std::move(adapter));
+    return made;
+  }
+
+ private:
+  std::vector<std::shared_ptr<void>> adapters_;
+  std::shared_ptr<void> kept_;
 };
 
 class QtDialogWindow : public DialogWindow {
