@@ -6,6 +6,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "platform/qt/qt_geometry.h"
+
 namespace vantrel::platform::qt {
 namespace {
 
@@ -32,14 +34,6 @@ constexpr std::array<ButtonDesign, 9> kButtons{{
     {"ARButton1", "Reset Backcolors", false, 2400, 3960, 2055, 375},
     {"Hbutton7", "Reset/Cancel all settings", false, 4560, 3960, 2055, 375},
 }};
-
-void Place(QWidget& widget, float left, float top, float width, float height) {
-  WidgetGeometry geometry(widget);
-  geometry.SetLeft(left);
-  geometry.SetTop(top);
-  geometry.SetWidth(width);
-  geometry.SetHeight(height);
-}
 
 }  // namespace
 

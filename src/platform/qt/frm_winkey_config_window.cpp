@@ -104,14 +104,6 @@ constexpr std::array<SliderDesign, 11> kSliders{{
     {"Slider10", "Paddle switchpoint", 10, 90, "Label25"},
 }};
 
-void Place(QWidget& widget, float left, float top, float width, float height) {
-  WidgetGeometry geometry(widget);
-  geometry.SetLeft(left);
-  geometry.SetTop(top);
-  geometry.SetWidth(width);
-  geometry.SetHeight(height);
-}
-
 // A caption's own width in twips, so that a short one covers nothing beside it.
 float TextWidth(const QWidget& widget) {
   return static_cast<float>(widget.sizeHint().width() * TwipsPerPixelX(widget));

@@ -65,4 +65,12 @@ void WidgetGeometry::SetHeight(float twips) {
   widget_.resize(widget_.width(), height_.Set(twips, TwipsPerPixelY(widget_)));
 }
 
+void Place(QWidget& widget, float left, float top, float width, float height) {
+  WidgetGeometry geometry(widget);
+  geometry.SetLeft(left);
+  geometry.SetTop(top);
+  geometry.SetWidth(width);
+  geometry.SetHeight(height);
+}
+
 }  // namespace vantrel::platform::qt

@@ -51,4 +51,7 @@ class WidgetGeometry {
   TwipsCoordinate left_, top_, width_, height_;
 };
 
+// Puts a dialog's widget where its design says, in twips.
+void Place(QWidget& widget, float left, float top, float width, float height);
+
 }  // namespace vantrel::platform::qt
