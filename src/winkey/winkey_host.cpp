@@ -187,11 +187,13 @@ void WinKeyHost::StartWinKeyRun() {
   n_.core.NextCharacter(position);
 }
 
+// On the software keyer a device that hangs up is the key lines' to report,
+// at their next change, so its error is left on the port for them.
 void WinKeyHost::WinKeyReceive() {
   platform::SerialPort& port = n_.port;
   const bool wasOpen = port.PortOpen();
   for (const char byte : port.Input()) Receive(static_cast<uint8_t>(byte));
-  if (wasOpen && !port.PortOpen()) PortLost();
+  if (wasOpen && !port.PortOpen() && n_.core.WinKeyRoute()) PortLost();
 }
 
 void WinKeyHost::Receive(uint8_t byte) {

@@ -104,11 +104,18 @@ TEST_F(KeyLines, PortThatWillNotOpenSaysWhyInTheBox) {
   EXPECT_EQ(p.CWTextBox.Text(), "CW Port error : Invalid port number");
 }
 
-TEST_F(KeyLines, UnpluggedMidCharacterEndsTheTransmissionAndReportsOnce) {
+// With or without the port's own notice of the hang-up, which the chip's
+// receive handler gets on every route.
+class UnpluggedSerial : public KeyLines, public ::testing::WithParamInterface<bool> {};
+
+TEST_P(UnpluggedSerial, MidCharacterEndsTheTransmissionAndReportsOnce) {
   StartSerial({{"PTT", "ON"}, {"PTT Delay", "0"}, {"Slow Typing", "OFF"}});
   At(0, [&] { Type("PARIS"); });
   // Runs at the pump of the gap after the first dot; the dash at 120 fails.
-  At(50, [&] { p.cwControl.Unplug(); });
+  At(50, [&] {
+    p.cwControl.Unplug();
+    if (GetParam()) p.cwControl.Arrive();
+  });
   Run();
   EXPECT_FALSE(p.cwControl.PortOpen());
   EXPECT_THAT(TimesOf("post 900 0").front(), 120);
@@ -121,6 +128,8 @@ TEST_F(KeyLines, UnpluggedMidCharacterEndsTheTransmissionAndReportsOnce) {
   EXPECT_FALSE(cw.Transmitting);
   EXPECT_EQ(p.CWTextBox.Text(), "");
 }
+
+INSTANTIATE_TEST_SUITE_P(HangUpNoticed, UnpluggedSerial, ::testing::Bool());
 
 TEST_F(KeyLines, LostParallelPortReportsOnceAndComesBackWhenReopened) {
   Start({{"Slow Typing", "OFF"}});
