@@ -70,23 +70,41 @@ uint8_t BuildWinKey2PinByte(const WinKeySettings& s, int16_t activeRadio) {
   return pins;
 }
 
+namespace {
+
+// The frame's numbers in their order: byte 2, then bytes 4 to 13.
+std::array<FrameValue, 11> FrameValues(const WinKeySettings& s) {
+  return {{{"WinKey Speed", s.WinKeySpeed},
+           {"WinKey DitDah Weight", s.WinKeyDitDahWeight},
+           {"WinKey PTT Lead Delay", s.WinKeyPTTLeadDelay},
+           {"WinKey PTT Lag Delay", s.WinKeyPTTLagDelay},
+           {"WinKey Speed Min", s.WinKeySpeedMin},
+           {"WinKey Speed Max", s.WinKeySpeedMax - s.WinKeySpeedMin},
+           {"WinKey First Extension", s.WinKeyFirstExtension},
+           {"WinKey Compensation", s.WinKeyCompensation},
+           {"WinKey Speed Farnsworth", s.WinKeySpeedFarnsworth},
+           {"WinKey Paddle Switchpoint", s.WinKeyPaddleSwitchpoint},
+           {"WinKey DitDah Ratio", s.WinKeyDitDahRatio}}};
+}
+
+}  // namespace
+
+std::optional<FrameValue> ValueOutOfByte(const WinKeySettings& s) {
+  for (const FrameValue& each : FrameValues(s)) {
+    if (each.value < 0 || each.value > 0xFF) return each;
+  }
+  return std::nullopt;
+}
+
 std::string LoadDefaultsFrame(const WinKeySettings& s, bool isWinKey2, int16_t activeRadio) {
   const auto byte = [](int value) { return static_cast<char>(static_cast<uint8_t>(value)); };
+  const std::array<FrameValue, 11> values = FrameValues(s);
   std::string frame;
   frame += byte(protocol::kLoadDefaults);
   frame += byte(ModeByte(s));
-  frame += byte(s.WinKeySpeed);
+  frame += byte(values[0].value);
   frame += byte(SidetoneByte(s, isWinKey2));
-  frame += byte(s.WinKeyDitDahWeight);
-  frame += byte(s.WinKeyPTTLeadDelay);
-  frame += byte(s.WinKeyPTTLagDelay);
-  frame += byte(s.WinKeySpeedMin);
-  frame += byte(s.WinKeySpeedMax - s.WinKeySpeedMin);
-  frame += byte(s.WinKeyFirstExtension);
-  frame += byte(s.WinKeyCompensation);
-  frame += byte(s.WinKeySpeedFarnsworth);
-  frame += byte(s.WinKeyPaddleSwitchpoint);
-  frame += byte(s.WinKeyDitDahRatio);
+  for (size_t i = 1; i < values.size(); ++i) frame += byte(values[i].value);
   frame += byte(isWinKey2 ? BuildWinKey2PinByte(s, activeRadio) : BuildWinKeyPinByte(s));
   frame += byte(protocol::kLoadDefaultsEnd);
   return frame;

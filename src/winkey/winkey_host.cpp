@@ -1,6 +1,7 @@
 #include "winkey/winkey_host.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "winkey/winkey_frame.h"
 #include "winkey/winkey_protocol.h"
@@ -58,7 +59,7 @@ void WinKeyHost::OpenWinKeyPort() {
 }
 
 void WinKeyHost::DiscoverWinKey() {
-  enum class Outcome { NoReply, Found, FoundWinKey2, FoundWinKey };
+  enum class Outcome { NoReply, Found, FoundWinKey2, FoundWinKey, SettingOutOfRange };
   s_.WinKeyOpen = false;
   platform::SerialPort& port = n_.port;
   port.Input();
@@ -68,6 +69,7 @@ void WinKeyHost::DiscoverWinKey() {
   const int64_t perMs = clock.QueryPerformanceFrequency() / 1000;
   const int64_t deadline = clock.QueryPerformanceCounter() + kReplyWaitMs * perMs;
   Outcome outcome = Outcome::NoReply;
+  std::optional<FrameValue> refused;
   while (port.PortOpen()) {
     if (port.InBufferCount() > 0) {
       const std::string reply = port.Input();
@@ -80,6 +82,12 @@ void WinKeyHost::DiscoverWinKey() {
       }
       if (c_.mnuWinKey2.Checked() && !s_.IsWinKey2) {
         outcome = Outcome::FoundWinKey;
+        break;
+      }
+      // A number a byte cannot carry would reach the chip as another one.
+      refused = ValueOutOfByte(n_.settings);
+      if (refused) {
+        outcome = Outcome::SettingOutOfRange;
         break;
       }
       c_.KeyBox.SetPicture(platform::Picture::Green);
@@ -107,6 +115,10 @@ void WinKeyHost::DiscoverWinKey() {
       break;
     case Outcome::FoundWinKey:
       Insert("Can't find correct keyer.  I'm looking for a WinKey2, and I found a WinKey.");
+      break;
+    case Outcome::SettingOutOfRange:
+      Insert("WinKey settings not sent: \"" + std::string(refused->key) + "\" gives " +
+             std::to_string(refused->value) + ", and the chip takes 0 to 255 there.");
       break;
     case Outcome::NoReply:
       if (c_.mnuWinKey.Checked()) {

@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
+
+#include "platform/memory/trace.h"
 
 namespace vantrel::winkey {
 namespace {
@@ -28,15 +29,7 @@ WinKeySettings Defaults() {
   return s;
 }
 
-std::string Hex(const std::string& bytes) {
-  std::string out;
-  char two[4];
-  for (const char c : bytes) {
-    std::snprintf(two, sizeof two, "%s%02X", out.empty() ? "" : " ", static_cast<uint8_t>(c));
-    out += two;
-  }
-  return out;
-}
+std::string Hex(const std::string& bytes) { return platform::memory::Trace::Hex(bytes); }
 
 TEST(WinKeyFrame, DefaultsGiveTheKnownFrameOnEachChip) {
   const WinKeySettings s = Defaults();
@@ -92,6 +85,22 @@ TEST(WinKeyFrame, PinsFollowPin3OnAWinKeyAndTheRadioOnAWinKey2) {
   EXPECT_EQ(BuildWinKey2PinByte(s, 0), 0x43);
   EXPECT_EQ(BuildWinKey2PinByte(s, 1), 0x47);
   EXPECT_EQ(BuildWinKey2PinByte(s, 2), 0x4B);
+}
+
+// Only a hand-edited file holds one; the span of the pot counts too.
+TEST(WinKeyFrame, TheFirstNumberNoByteCarriesIsNamed) {
+  WinKeySettings s = Defaults();
+  EXPECT_FALSE(ValueOutOfByte(s));
+  s.WinKeyFirstExtension = 256;
+  s.WinKeyPTTLagDelay = 300;
+  const auto lag = ValueOutOfByte(s);
+  ASSERT_TRUE(lag);
+  EXPECT_EQ(std::string(lag->key) + " " + std::to_string(lag->value), "WinKey PTT Lag Delay 300");
+  s = Defaults();
+  s.WinKeySpeedMax = 10;
+  const auto span = ValueOutOfByte(s);
+  ASSERT_TRUE(span);
+  EXPECT_EQ(std::string(span->key) + " " + std::to_string(span->value), "WinKey Speed Max -5");
 }
 
 }  // namespace

@@ -82,6 +82,15 @@ TEST_F(WinKeyHostTest, TwoUploadsWithTheSameSettingsAreAlike) {
   EXPECT_EQ(first.substr(0, 18), "00 02 0F 16 0F 84 ");  // no calibration on a WinKey2
 }
 
+TEST_F(WinKeyHostTest, ANumberNoByteCarriesIsRefusedBeforeAnythingIsSent) {
+  StartWithChip("WinKey", kWinKey, {{"WinKey PTT Lag Delay", "300"}});
+  EXPECT_FALSE(state.WinKeyOpen);
+  EXPECT_EQ(Wire(), "00 02");
+  EXPECT_EQ(p.CWTextBox.Text(),
+            "WinKey settings not sent: \"WinKey PTT Lag Delay\" gives 300, and the chip takes 0 to 255 there.");
+  EXPECT_EQ(p.KeyBox.Shown(), platform::Picture::Red);
+}
+
 TEST_F(WinKeyHostTest, OnlyTheFirstOfSeveralReplyBytesIsLookedAt) {
   StartWithChip("WinKey", "\x0A\x43\xC2");
   EXPECT_TRUE(state.WinKeyOpen);
