@@ -107,8 +107,11 @@ class SoundPath : public ::testing::Test {
     std::this_thread::sleep_for(std::chrono::milliseconds(1000));
     // A sink that has just woken may drop its first sound: an E wakes it,
     // and the last line keeps the keyer alive until the tone has played out.
+    // PARIS is appended, not sent in place of the box: on a busy machine the
+    // start-up can make the E late enough to be still going at 1000 ms, and a
+    // replaced box would then be keyed from the E's position on.
     std::ofstream(dir_.path() + "/paris.vsim")
-        << "0 send E\n1000 send PARIS\n4500 focus CWTextBox\n";
+        << "0 send E\n1000 append PARIS\n4500 focus CWTextBox\n";
     // The sound system's plugins leave memory behind at exit, and a leak
     // report would end the keyer before its trace is out of the pipe.
     const std::string command = "ASAN_OPTIONS=detect_leaks=0 " + std::string(VANTREL_SIM) +
