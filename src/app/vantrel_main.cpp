@@ -124,14 +124,15 @@ int main(int argc, char** argv) {
   keyer.form.Form_Load();
   window.widget().show();
 
-  // Loggers key it as they key cwdaemon.
+  // Loggers key it as they key cwdaemon. It listens from inside the event
+  // loop, so that a message box about a taken port goes with the window.
   vantrel::platform::qt::QtTimer tuneTimer;
   vantrel::platform::qt::QtTimer replyTimer;
   linuxos::UdpDatagramSocket datagrams{watch};
   vantrel::cwdaemon::CwDaemon daemon{
       {keyer.cw, window.controls(), keyer.core, keyer.lines, keyer.winKey, keyer.form, keyer.store},
       datagrams, tuneTimer, replyTimer};
-  daemon.Listen();
+  QTimer::singleShot(0, [&daemon] { daemon.Listen(); });
 
   if (!arguments.screenshot.isEmpty()) {
     QTimer::singleShot(kScreenshotDelayMs, [&window, &arguments] {
