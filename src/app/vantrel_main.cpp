@@ -11,6 +11,7 @@
 #include "app/link_window.h"
 #include "app/qt_connect.h"
 #include "app/vantrel.h"
+#include "cwdaemon/cw_daemon.h"
 #include "loggerlink/logger_link.h"
 #include "platform/linux/ini_profile_file.h"
 #include "platform/linux/line_safety.h"
@@ -21,6 +22,7 @@
 #include "platform/linux/portaudio_sound.h"
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
+#include "platform/linux/udp_datagram_socket.h"
 #include "platform/qt/frm_cw_macro_setup_window.h"
 #include "platform/qt/frm_vantrel_window.h"
 #include "platform/qt/qt_dialog_controls.h"
@@ -121,6 +123,16 @@ int main(int argc, char** argv) {
 
   keyer.form.Form_Load();
   window.widget().show();
+
+  // Loggers key it as they key cwdaemon. It listens from inside the event
+  // loop, so that a message box about a taken port goes with the window.
+  vantrel::platform::qt::QtTimer tuneTimer;
+  vantrel::platform::qt::QtTimer replyTimer;
+  linuxos::UdpDatagramSocket datagrams{watch};
+  vantrel::cwdaemon::CwDaemon daemon{
+      {keyer.cw, window.controls(), keyer.core, keyer.lines, keyer.winKey, keyer.form, keyer.store},
+      datagrams, tuneTimer, replyTimer};
+  QTimer::singleShot(0, [&daemon] { daemon.Listen(); });
 
   if (!arguments.screenshot.isEmpty()) {
     QTimer::singleShot(kScreenshotDelayMs, [&window, &arguments] {

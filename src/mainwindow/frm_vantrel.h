@@ -106,6 +106,9 @@ class FrmVantrel {
   void mnuSoftwareKeyer_Click();
   // A click on the speed panel: 1 the left button.
   void StepSpeedFromPanel(int16_t Button);
+  // What the speed panel does, for any speed: shown, kept, written to the
+  // settings and told to the chip.
+  void SetSpeed(int16_t wpm);
 
   // Appearance: each starts its dialog from the present value and writes the result.
   void mnuWPMColor_Click();

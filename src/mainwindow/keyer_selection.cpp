@@ -54,30 +54,31 @@ void FrmVantrel::mnuSoftwareKeyer_Click() {
   lines_.OpenKeyerPort();
 }
 
-// The left button slows by one, any other speeds up; on a chip whose pot
-// has the speed the click does nothing.
+// The left button slows by one, any other speeds up.
 void FrmVantrel::StepSpeedFromPanel(int16_t Button) {
+  int16_t wpm = cw_.WPM;
+  if (Button == kLeftButton) {
+    if (wpm > kSlowest) --wpm;
+  } else if (wpm < kFastest) {
+    ++wpm;
+  }
+  SetSpeed(wpm);
+}
+
+// On a chip whose pot has the speed this does nothing.
+void FrmVantrel::SetSpeed(int16_t wpm) {
   const bool chip = core_.WinKeyRoute();
   winkey::WinKeySettings& keyer = s_.winKeySettings;
   if (chip && keyer.WinKeyAnalogSpeed) return;
-  bool changed = false;
-  if (Button == kLeftButton) {
-    if (cw_.WPM > kSlowest) {
-      --cw_.WPM;
-      changed = true;
-    }
-  } else if (cw_.WPM < kFastest) {
-    ++cw_.WPM;
-    changed = true;
-  }
-  if (changed) {
+  if (wpm != cw_.WPM) {
+    cw_.WPM = wpm;
     cw_.DotTime = core_.ComputeDotLength(cw_.WPM);
     core_.ShowSpeed(cw_.WPM);
     cw_.SavedWPM = cw_.WPM;
     if (chip) keyer.WinKeySpeed = cw_.WPM;
   }
   if (chip) {
-    // Written even when the speed stood at a limit: the chip hears it again.
+    // Written even when the speed stood still: the chip hears it again.
     winkey_.WriteWinKey(std::string{static_cast<char>(winkey::protocol::kBufferedSpeed),
                                     static_cast<char>(cw_.WPM)});
     store_.WriteSetting(settings::kKeyerSection, "WinKey Speed", std::to_string(keyer.WinKeySpeed));

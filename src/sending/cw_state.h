@@ -51,6 +51,8 @@ struct CwState {
   bool SlowTyping = true;
   int32_t PTTDelay = 100;
   bool PTTEnabled = false;
+  // A logger keeps the transmitter on between its texts: their ends leave PTT alone.
+  bool PTTHeld = false;
   bool DisablePolling = false;
   bool SidetoneEnabled = false;
   bool TuneActive = false;

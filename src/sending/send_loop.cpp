@@ -151,7 +151,7 @@ void SendingCore::MarkSendPosition(int16_t position) {
   }
   box.SetRedraw(true);
   box.Refresh();
-  if (onMark_) onMark_(position);
+  for (const auto& observer : onMark_) observer(position);
 }
 
 void SendingCore::SendLoop(int16_t& startPosition) {

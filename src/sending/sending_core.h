@@ -8,6 +8,7 @@
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/event_pump.h"
 #include "platform/main_window_controls.h"
@@ -47,8 +48,9 @@ class SendingCore {
   SendingCore(CwState& cw, platform::MainWindowControls& controls, platform::Scheduler& scheduler,
               platform::EventPump& pump, SendingNeighbours neighbours);
 
-  // Told every send position that MarkSendPosition shows, for a front end that follows progress.
-  void OnMark(std::function<void(int16_t position)> observer) { onMark_ = std::move(observer); }
+  // Each observer is told every send position that MarkSendPosition shows:
+  // a front end that follows progress, a sender waiting for its text to go.
+  void OnMark(std::function<void(int16_t position)> observer) { onMark_.push_back(std::move(observer)); }
 
   // Element timing.
   int32_t ComputeDotLength(int16_t wpm) const;
@@ -102,7 +104,7 @@ class SendingCore {
   platform::Scheduler& scheduler_;
   platform::EventPump& pump_;
   SendingNeighbours n_;
-  std::function<void(int16_t)> onMark_;
+  std::vector<std::function<void(int16_t)>> onMark_;
   // How many leading characters the marking has shown as sent.
   int markedSent_ = 0;
 };

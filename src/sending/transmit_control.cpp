@@ -47,7 +47,7 @@ void SendingCore::EndTransmission() {
   ShowSpeed(cw_.WPM);
   n_.link.PostLink(kPostTransmitting, 0);
   if (cw_.DisablePolling) n_.link.PostLink(kPostHoldRadioPolling, 0);
-  if (cw_.PTTEnabled) n_.lines.PTTLineOff();
+  if (cw_.PTTEnabled && !cw_.PTTHeld) n_.lines.PTTLineOff();
   if (cw_.LogAfterSend) {
     n_.link.LogContact();
     cw_.LogAfterSend = false;

@@ -33,6 +33,7 @@ std::string TrimAtNul(std::string_view text) {
 }
 
 const char* SectionOf(std::string_view key) {
+  if (vb::SameText(key, "Address") || vb::SameText(key, "Port")) return kNetworkSection;
   for (const Setting& setting : SettingsTable()) {
     if (setting.section == Section::Keyer && vb::SameText(setting.key, key)) return kKeyerSection;
   }

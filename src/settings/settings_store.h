@@ -15,6 +15,8 @@ namespace vantrel::settings {
 inline constexpr const char* kMainSectionRead = "FrmVantrel Settings";
 inline constexpr const char* kMainSection = "frmVantrel Settings";
 inline constexpr const char* kKeyerSection = "WinKey Settings";
+// Where loggers reach the keyer over the network: its Address and Port keys.
+inline constexpr const char* kNetworkSection = "Network";
 inline constexpr const char* kStampSection = "Initialized";
 inline constexpr const char* kStampKey = "Create Date/Time";
 
@@ -22,7 +24,8 @@ inline constexpr const char* kStampKey = "Create Date/Time";
 // stands first or there is none, as a fixed-width buffer reads.
 std::string TrimAtNul(std::string_view text);
 
-// The section a writer puts a key in: the keyer's for its keys, else the main one.
+// The section a writer puts a key in: the keyer's for its keys, the
+// network's for its own, else the main one.
 const char* SectionOf(std::string_view key);
 
 class SettingsStore : public sending::SettingWriter {

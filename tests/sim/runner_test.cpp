@@ -361,5 +361,18 @@ TEST(Runner, TheChipDialogOfTheKeyerInUseRefusesAWidePotThenUploads) {
   EXPECT_THROW(RunScript("2000 dialog winkey\n2001 click ckPaddleOnlySideTone\n", options), ScriptError);
 }
 
+TEST(Runner, UdpDeliversADatagramWithItsEscapeAndTracesWhatItDid) {
+  RunOptions options;
+  options.settings = {{"Slow Typing", "OFF"}};
+  const auto lines = RunScript("0 udp \\e2 25\n0 udp \\ehok\n0 udp e\\x0A\n500 udp \\e261\n", options);
+  EXPECT_THAT(lines, Contains("0.000 cwdaemon listening \"127.0.0.1:6789\""));
+  EXPECT_THAT(lines, Contains("0.000 cwdaemon speed \"25\""));
+  EXPECT_THAT(lines, Contains("0.000 cwdaemon text \"e\""));
+  EXPECT_THAT(lines, Contains("500.000 cwdaemon refused \"speed: 61 is outside 4 to 60\""));
+  // At 25 WPM the E lasts 48 ms after the Tx delay; the answer follows its end.
+  EXPECT_THAT(lines, Contains("148.000 keybox red"));
+  EXPECT_THAT(lines, Contains("148.000 cwdaemon reply \"hok\\x0D\\x0A\""));
+}
+
 }  // namespace
 }  // namespace vantrel::sim

@@ -2,6 +2,7 @@
 
 #include "app/link_window.h"
 #include "app/vantrel.h"
+#include "cwdaemon/cw_daemon.h"
 #include "loggerlink/logger_link.h"
 #include "platform/linux/ini_profile_file.h"
 #include "platform/linux/line_safety.h"
@@ -12,6 +13,8 @@
 #include "platform/linux/portaudio_sound.h"
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
+#include "platform/linux/udp_datagram_socket.h"
+#include "platform/memory/memory_datagram_socket.h"
 #include "platform/memory/memory_dialogs.h"
 #include "platform/memory/memory_platform.h"
 #include "platform/memory/memory_winkey_config.h"
@@ -27,10 +30,12 @@ namespace {
 
 // Where the in-memory settings file lives when no folder is given.
 constexpr const char* kMemoryDirectory = "/vantrel";
+// The sender of the script's datagrams, answered in memory only.
+constexpr const char* kScriptPeer = "127.0.0.1:40000";
 
 // The real side of a --real-time run: the wall clock, the scheduler and the ports.
 struct RealSystem {
-  explicit RealSystem(const std::string& configDir) : serial(configDir) {
+  explicit RealSystem(const std::string& configDir) : serial(configDir), udp(time) {
     platform::linuxos::InstallLineSafety();
     serial.UseWatch(time);
   }
@@ -39,6 +44,7 @@ struct RealSystem {
   platform::linuxos::PpdevParallelPort parallel;
   platform::linuxos::TermiosSerialPort serial;
   platform::linuxos::PortAudioSoundSystem sound;
+  platform::linuxos::UdpDatagramSocket udp;
 };
 
 class Session {
@@ -63,9 +69,19 @@ class Session {
           p_.trace.Emit(state == 1 ? "window minimized" : "window normal");
         });
     link_->Attach(keyer_->link, *linkWindow_, keyer_->winKey);
+    app::Vantrel& keyer = *keyer_;
+    daemon_.emplace(cwdaemon::DaemonNeighbours{keyer.cw, p.controls, keyer.core, keyer.lines, keyer.winKey,
+                                               keyer.form, keyer.store},
+                    real_ ? static_cast<platform::DatagramSocket&>(real_->udp)
+                          : static_cast<platform::DatagramSocket&>(datagrams_),
+                    tuneTimer_, replyTimer_);
+    daemon_->OnNotice([&p](const std::string& what, const std::string& text) {
+      p.trace.Emit(text.empty() ? what : what + " " + platform::memory::Trace::Quote(text));
+    });
   }
 
   app::Vantrel& keyer() { return *keyer_; }
+  cwdaemon::CwDaemon& daemon() { return *daemon_; }
   bool closed() const { return closed_; }
 
   void Apply(const ScriptEvent& event);
@@ -115,7 +131,8 @@ class Session {
                                 *link_,     p.macroSetup};
     }
     p.queue.UseTime(real_->time);
-    return platform::Platform{p.controls,     real_->scheduler, p.queue,         files,
+    realPump_.emplace(real_->time, p.queue);
+    return platform::Platform{p.controls,     real_->scheduler, *realPump_,      files,
                               calendar,       p.language,       real_->parallel, real_->serial,
                               Channel(),      real_->sound,     *link_,          p.macroSetup};
   }
@@ -123,6 +140,10 @@ class Session {
   const RunOptions& options_;
   platform::memory::MemoryPlatform& p_;
   std::optional<RealSystem> real_;
+  std::optional<RealTimePump> realPump_;
+  platform::memory::MemoryDatagramSocket datagrams_;
+  platform::memory::MemoryTimer tuneTimer_{p_.queue};
+  platform::memory::MemoryTimer replyTimer_{p_.queue};
   std::optional<winkeysim::MemoryChip> chip_;
   platform::linuxos::IniProfileFile disk_;
   std::optional<platform::memory::TracingProfileFile> diskFiles_;
@@ -131,6 +152,7 @@ class Session {
   std::optional<loggerlink::LoggerLinkLogic> link_;
   std::optional<app::Vantrel> keyer_;
   std::optional<app::FormLinkWindow> linkWindow_;
+  std::optional<cwdaemon::CwDaemon> daemon_;
   // The keyer setup dialog, made when first opened; its ports are those of
   // the machine on a real-time run, one in-memory port otherwise.
   std::optional<platform::memory::MemoryKeyerSetup> setup_;
@@ -390,6 +412,12 @@ void Session::Apply(const ScriptEvent& event) {
     p_.cwControl.Deliver(event.argument);
   } else if (event.verb == "paddle") {
     Chip(event).Paddle();
+  } else if (event.verb == "udp") {
+    if (real_) {
+      daemon_->Receive(event.argument, "script");
+    } else {
+      datagrams_.Deliver(event.argument, kScriptPeer);
+    }
   } else if (event.verb == "speed") {
     p_.sBar.Click(static_cast<int16_t>(event.first));
   } else if (event.verb == "unplug") {
@@ -440,6 +468,7 @@ void Run(const RunOptions& options, const std::vector<ScriptEvent>& events,
   keyer.mMacros.OnNotice([&p](const std::string& notice) { p.trace.Emit(notice); });
   keyer.winKey.OnWrite([&p](const std::string& bytes) { p.trace.Emit("winkey " + platform::memory::Trace::Hex(bytes)); });
   keyer.form.Form_Load();
+  session.daemon().Listen();
 
   for (const ScriptEvent& event : events) {
     p.queue.Post(event.atNs, [&session, &event] { session.Apply(event); });

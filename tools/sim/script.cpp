@@ -15,7 +15,7 @@ struct VerbInfo {
   const char* name;
   bool takesArgument;
 };
-constexpr std::array<VerbInfo, 29> kVerbs{{{"send", true},
+constexpr std::array<VerbInfo, 30> kVerbs{{{"send", true},
                                           {"append", true},
                                           {"type", true},
                                           {"paste", true},
@@ -43,7 +43,8 @@ constexpr std::array<VerbInfo, 29> kVerbs{{{"send", true},
                                           {"pick-color", true},
                                           {"pick-font", true},
                                           {"dialog", true},
-                                          {"click", true}}};
+                                          {"click", true},
+                                          {"udp", true}}};
 constexpr std::array<const char*, 4> kFocus{"CWTextBox", "CallsignField", "NameField", "SRXField"};
 // The slots of the logger's shared block, in their order.
 constexpr std::array<const char*, 10> kSlots{"LinkCall",    "LinkName",  "LinkSerial", "LinkMyCall",
@@ -193,6 +194,11 @@ void ReadArguments(ScriptEvent& event) {
     if (rest.empty()) throw ScriptError(event.line, "pick-font takes SIZE COLOUR STYLE NAME");
     event.name = style;
     event.argument = rest;
+  } else if (event.verb == "udp") {
+    // The datagram as a logger sends it; \e stands for its Escape.
+    for (auto at = event.argument.find("\\e"); at != std::string::npos; at = event.argument.find("\\e", at + 1)) {
+      event.argument.replace(at, 2, "\x1B");
+    }
   } else if (event.verb == "dialog") {
     if (!Known(kDialogs, event.argument)) throw ScriptError(event.line, "unknown dialog '" + event.argument + "'");
   } else if (event.verb == "click") {
