@@ -6,10 +6,12 @@ set -euo pipefail
 # qt6-base-dev brings Qt Widgets and Qt Test; xvfb and xauth run the window
 # for the screenshot (xvfb-run). PortAudio plays the sidetone; a PulseAudio
 # server with a null sink, reached through ALSA's pulse plugin, gives the
-# sound test a card to record from.
+# sound test a card to record from. desktop-file-utils, dpkg-dev and lintian
+# check the installed tree and the Debian package; librsvg2-bin renders the
+# icon's sizes.
 packages=(gcc g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev
   qt6-base-dev xvfb xauth portaudio19-dev pulseaudio pulseaudio-utils
-  libasound2-plugins)
+  libasound2-plugins desktop-file-utils dpkg-dev lintian librsvg2-bin)
 
 missing=()
 for package in "${packages[@]}"; do
