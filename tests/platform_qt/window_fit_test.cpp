@@ -2,6 +2,7 @@
 // tests run on: run once at 96 and once at 192 dpi (VANTREL_TEST_DPI).
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
@@ -10,6 +11,7 @@
 
 #include "keyer_window_fixture.h"
 #include "layout_checks.h"
+#include "platform/qt/frm_winkey_config_window.h"
 
 namespace vantrel::platform::qt {
 namespace {
@@ -129,6 +131,20 @@ TEST_F(WindowFitTest, TheMacroEditorShowsEveryControlWholeAndApart) {
   QDialog* editor = window.widget().findChild<FrmCWMacroSetupWindow*>();
   ASSERT_NE(editor, nullptr);
   EXPECT_EQ(testing::LayoutProblems(*editor), std::vector<std::string>{});
+}
+
+TEST_F(WindowFitTest, TheChipDialogsShowEveryControlWholeAndApartInTheDesktopFont) {
+  for (const bool winKey2 : {false, true}) {
+    auto* dialog = new FrmWinKeyConfigWindow(window.widget(), winKey2);
+    dialog->show();
+    QCoreApplication::processEvents();
+    // The design lets rows overlap by 15 twips, which grows with the font and
+    // by rounding; a caption running into its neighbour overlaps far more.
+    EXPECT_EQ(testing::LayoutProblems(*dialog, 45), std::vector<std::string>{}) << winKey2;
+    // Read at the size the operator chose for the desktop.
+    EXPECT_GE(dialog->font().pointSizeF(), QApplication::font().pointSizeF()) << winKey2;
+    dialog->close();
+  }
 }
 
 }  // namespace
