@@ -7,10 +7,11 @@ set -euo pipefail
 # for the screenshot (xvfb-run). PortAudio plays the sidetone; a PulseAudio
 # server with a null sink, reached through ALSA's pulse plugin, gives the
 # sound test a card to record from. Tlf under tmux drives the keyer as a
-# real cwdaemon client.
+# real cwdaemon client. desktop-file-utils, dpkg-dev and lintian check the
+# installed tree and the Debian package; librsvg2-bin renders the icon's sizes.
 packages=(gcc g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev
   qt6-base-dev xvfb xauth portaudio19-dev pulseaudio pulseaudio-utils
-  libasound2-plugins tlf tmux)
+  libasound2-plugins tlf tmux desktop-file-utils dpkg-dev lintian librsvg2-bin)
 
 missing=()
 for package in "${packages[@]}"; do

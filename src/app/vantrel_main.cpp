@@ -7,7 +7,9 @@
 #include <QWidget>
 #include <cstdio>
 #include <string>
+#include <vector>
 
+#include "app/command_line.h"
 #include "app/link_window.h"
 #include "app/qt_connect.h"
 #include "app/vantrel.h"
@@ -37,37 +39,34 @@ constexpr int kScreenshotDelayMs = 500;
 // How often a message box is looked for while a screenshot is being taken.
 constexpr int kDismissEveryMs = 50;
 
-struct Arguments {
-  std::string commandLine;  // the profile name
-  QString screenshot;       // --screenshot FILE: grab the window and quit
-  // --screenshot-setup FILE: the same for the dialog that Config, Keyer
-  // setup opens for the keyer in use (Keyer setup itself, or a chip's config)
-  QString setupShot;
-};
-
-Arguments Parse(const QStringList& arguments) {
-  Arguments parsed;
-  for (qsizetype i = 1; i < arguments.size(); ++i) {
-    if (arguments[i] == "--screenshot" && i + 1 < arguments.size()) {
-      parsed.screenshot = arguments[++i];
-      continue;
-    }
-    if (arguments[i] == "--screenshot-setup" && i + 1 < arguments.size()) {
-      parsed.setupShot = arguments[++i];
-      continue;
-    }
-    if (!parsed.commandLine.empty()) parsed.commandLine += ' ';
-    parsed.commandLine += arguments[i].toLatin1().toStdString();
-  }
-  return parsed;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  QApplication application(argc, argv);
+  using vantrel::app::CommandLine;
+  const CommandLine arguments =
+      vantrel::app::ParseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
+  switch (arguments.action) {
+    case CommandLine::Action::Help:
+      std::fputs(vantrel::app::kUsage, stdout);
+      return 0;
+    case CommandLine::Action::Version:
+      std::puts("vantrel " VANTREL_VERSION);
+      return 0;
+    case CommandLine::Action::Error:
+      std::fprintf(stderr, "vantrel: %s\nTry 'vantrel --help'.\n", arguments.error.c_str());
+      return 2;
+    case CommandLine::Action::Run:
+      break;
+  }
+  // Qt sees no arguments: they are all ours, and Qt takes its own settings
+  // from the environment (QT_QPA_PLATFORM, QT_SCALE_FACTOR, ...).
+  int qtArgc = 1;
+  QApplication application(qtArgc, argv);
   QApplication::setStyle("Fusion");
-  const Arguments arguments = Parse(QApplication::arguments());
+  // The logic's text is Latin-1; the command line comes in the locale's.
+  const std::string profileName = QString::fromLocal8Bit(arguments.profile).toLatin1().toStdString();
+  const QString screenshot = QString::fromLocal8Bit(arguments.screenshot);
+  const QString setupShot = QString::fromLocal8Bit(arguments.setupShot);
 
   std::string error;
   const std::string configDir = linuxos::ConfigDirectory(error);
@@ -77,7 +76,7 @@ int main(int argc, char** argv) {
   }
   linuxos::InstallLineSafety();
 
-  if (!arguments.screenshot.isEmpty() || !arguments.setupShot.isEmpty()) {
+  if (!screenshot.isEmpty() || !setupShot.isEmpty()) {
     // Nobody is there to answer the start-up's message box.
     auto* dismiss = new QTimer(&application);
     QObject::connect(dismiss, &QTimer::timeout, [] {
@@ -105,7 +104,7 @@ int main(int argc, char** argv) {
       window.controls(), scheduler, window.pump(), profile,     wallClock,
       language,          parallel,  cwControl,     linkChannel, sound,
       link,              macroSetup};
-  vantrel::app::Vantrel keyer(platform, {configDir, arguments.commandLine});
+  vantrel::app::Vantrel keyer(platform, {configDir, profileName});
   const linuxos::LinuxSerialPortList serialPorts(configDir);
   vantrel::app::ConnectWindow(window, keyer, serialPorts);
   // The logger's "Close" closes the window as the operator does; its window
@@ -134,25 +133,25 @@ int main(int argc, char** argv) {
       datagrams, tuneTimer, replyTimer};
   QTimer::singleShot(0, [&daemon] { daemon.Listen(); });
 
-  if (!arguments.screenshot.isEmpty()) {
-    QTimer::singleShot(kScreenshotDelayMs, [&window, &arguments] {
-      if (!window.widget().grab().save(arguments.screenshot)) {
-        std::fprintf(stderr, "cannot write %s\n", qPrintable(arguments.screenshot));
+  if (!screenshot.isEmpty()) {
+    QTimer::singleShot(kScreenshotDelayMs, [&window, &screenshot] {
+      if (!window.widget().grab().save(screenshot)) {
+        std::fprintf(stderr, "cannot write %s\n", qPrintable(screenshot));
         QCoreApplication::exit(1);
         return;
       }
       window.widget().close();
     });
   }
-  if (!arguments.setupShot.isEmpty()) {
+  if (!setupShot.isEmpty()) {
     QTimer::singleShot(kScreenshotDelayMs, [&window] { window.menu("mnuPort").action().trigger(); });
-    QTimer::singleShot(2 * kScreenshotDelayMs, [&window, &arguments] {
+    QTimer::singleShot(2 * kScreenshotDelayMs, [&window, &setupShot] {
       vantrel::platform::qt::DialogWidget* dialog = nullptr;
       for (auto* each : window.widget().findChildren<vantrel::platform::qt::DialogWidget*>()) {
         if (each->isVisible()) dialog = each;
       }
-      if (!dialog || !dialog->grab().save(arguments.setupShot)) {
-        std::fprintf(stderr, "cannot write %s\n", qPrintable(arguments.setupShot));
+      if (!dialog || !dialog->grab().save(setupShot)) {
+        std::fprintf(stderr, "cannot write %s\n", qPrintable(setupShot));
         QCoreApplication::exit(1);
         return;
       }

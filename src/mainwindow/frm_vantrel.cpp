@@ -11,11 +11,6 @@ namespace {
 constexpr int32_t kPollInterval = 200;
 constexpr int16_t kFirstMenuString = 9501;
 
-std::string VersionText() {
-  return std::to_string(VANTREL_VERSION_MAJOR) + "." + std::to_string(VANTREL_VERSION_MINOR) +
-         "." + std::to_string(VANTREL_VERSION_PATCH);
-}
-
 std::string Trimmed(const std::string& text) {
   const auto first = text.find_first_not_of(' ');
   if (first == std::string::npos) return "";
@@ -81,7 +76,7 @@ void FrmVantrel::Form_Load() {
   c_.frmVantrel.SetMousePointer(platform::MousePointer::Hourglass);
   cw_.TimerFrequency = p_.scheduler.QueryPerformanceFrequency();
   cw_.IsNT = p_.scheduler.IsWindowsNT();
-  c_.mnuVersion.SetCaption(c_.mnuVersion.Caption() + " " + VersionText());
+  c_.mnuVersion.SetCaption(c_.mnuVersion.Caption() + " " VANTREL_VERSION);
   s_.link.LoggerWindow = p_.linkChannel.FindWindow(kLoggerCaption);
   c_.SRXField.SetWidth(0);
   store_.LocateSettingsFile(environment_.programDirectory, environment_.commandLine);

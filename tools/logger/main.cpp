@@ -29,6 +29,7 @@ namespace link = vantrel::platform::linuxos::link;
 
 constexpr const char* kUsage =
     "usage: vantrel-logger [--dir DIR] [--shm NAME] [--size BYTES]\n"
+    "       vantrel-logger --help | --version\n"
     "  --dir DIR     the folder of the socket (default $XDG_RUNTIME_DIR)\n"
     "  --shm NAME    the shared memory (default $VANTREL_LINK_SHM, else /CW)\n"
     "  --size BYTES  the size of the shared memory (default 1280)\n"
@@ -256,6 +257,9 @@ int main(int argc, char** argv) {
     const bool hasValue = i + 1 < argc;
     if (arg == "--help" || arg == "-h") {
       std::fputs(kUsage, stdout);
+      return 0;
+    } else if (arg == "--version") {
+      std::puts("vantrel-logger " VANTREL_VERSION);
       return 0;
     } else if (arg == "--dir" && hasValue) {
       dir = argv[++i];

@@ -15,6 +15,7 @@ constexpr const char* kUsage =
     "usage: vantrel-sim [--dir DIR] [--profile NAME] [--set \"KEY=VALUE\"]... [--language N]\n"
     "                   [--until MS] [--real-time] [--quiet] [--logger|--link]\n"
     "                   [--chip-revision N] SCRIPT|-\n"
+    "       vantrel-sim --help | --version\n"
     "  --dir DIR        the configuration folder, its settings file read and written on disk\n"
     "                   (without it the settings live in memory)\n"
     "  --profile NAME   the keyer's command line: the settings file NAMEVantrel.INI\n"
@@ -51,6 +52,9 @@ int main(int argc, char** argv) {
     const bool hasValue = i + 1 < argc;
     if (arg == "--help" || arg == "-h") {
       std::cout << kUsage;
+      return 0;
+    } else if (arg == "--version") {
+      std::cout << "vantrel-sim " VANTREL_VERSION "\n";
       return 0;
     } else if (arg == "--set" && hasValue) {
       const std::string setting = argv[++i];

@@ -30,6 +30,7 @@ using vantrel::winkeysim::ChipOptions;
 constexpr const char* kUsage =
     "usage: winkey-sim [--winkey2] [--revision N] [--no-answer] [--late MS] [--garbage]\n"
     "                  [--pot WPM] [--link PATH]\n"
+    "       winkey-sim --help | --version\n"
     "  --winkey2      answer host open as a WinKey2 (revision 23; default a WinKey, 10)\n"
     "  --revision N   answer host open with revision N\n"
     "  --no-answer    never answer host open\n"
@@ -59,6 +60,14 @@ int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     const bool hasValue = i + 1 < argc;
+    if (arg == "--help" || arg == "-h") {
+      std::fputs(kUsage, stdout);
+      return 0;
+    }
+    if (arg == "--version") {
+      std::puts("winkey-sim " VANTREL_VERSION);
+      return 0;
+    }
     if (arg == "--winkey2") options.revision = 23;
     else if (arg == "--revision" && hasValue) options.revision = static_cast<uint8_t>(std::atoi(argv[++i]));
     else if (arg == "--no-answer") options.answers = false;
@@ -67,6 +76,7 @@ int main(int argc, char** argv) {
     else if (arg == "--pot" && hasValue) options.potWpm = std::atof(argv[++i]);
     else if (arg == "--link" && hasValue) link = argv[++i];
     else {
+      std::fprintf(stderr, "winkey-sim: unknown or incomplete option %s\n", arg.c_str());
       std::fputs(kUsage, stderr);
       return 2;
     }

@@ -23,16 +23,18 @@ struct ButtonDesign {
 };
 
 // In the order of MacroSetupControls; places in the frame count from the frame.
+// The widths give the desktop's font room where the design's narrow face
+// needed less.
 constexpr std::array<ButtonDesign, 9> kButtons{{
     {"Hbutton1", "", true, 120, 240, 975, 855},
     {"BackColorButton", "Backcolor", true, 1200, 240, 1935, 375},
-    {"Hbutton3", "Mouseover Backcolor", true, 3240, 240, 1935, 375},
+    {"Hbutton3", "Mouseover Backcolor", true, 3240, 240, 2415, 375},
     {"Hbutton2", "Forecolor", true, 1200, 720, 1935, 375},
-    {"Hbutton4", "Mouseover Forecolor", true, 3240, 720, 1935, 375},
-    {"Hbutton5", "OK", false, 240, 3960, 735, 375},
-    {"Hbutton6", "Cancel", false, 1080, 3960, 735, 375},
-    {"ARButton1", "Reset Backcolors", false, 2400, 3960, 2055, 375},
-    {"Hbutton7", "Reset/Cancel all settings", false, 4560, 3960, 2055, 375},
+    {"Hbutton4", "Mouseover Forecolor", true, 3240, 720, 2415, 375},
+    {"Hbutton5", "OK", false, 120, 3960, 735, 375},
+    {"Hbutton6", "Cancel", false, 960, 3960, 855, 375},
+    {"ARButton1", "Reset Backcolors", false, 1920, 3960, 1935, 375},
+    {"Hbutton7", "Reset/Cancel all settings", false, 3960, 3960, 2655, 375},
 }};
 
 }  // namespace
@@ -50,19 +52,17 @@ FrmCWMacroSetupWindow::FrmCWMacroSetupWindow(QWidget& owner) : QDialog(&owner, Q
   macroText->setObjectName("MacroText");
   macroText->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   macroText->setTabChangesFocus(true);
-  Place(*macroText, 120, 120, 6495, 2415);
+  // The caption's label and field stand beside the macro's text, not over it.
+  Place(*macroText, 120, 120, 4860, 2415);
   macroText_ = std::make_unique<QtEditBox>(*macroText);
 
   auto* label = new QLabel("Button Caption", this);
   label->setObjectName("Label2");
-  Place(*label, 5260, 405, 1095, 255);
+  Place(*label, 5100, 405, 1515, 255);
   auto* captionText = new QLineEdit(this);
   captionText->setObjectName("CaptionText");
-  Place(*captionText, 5480, 720, 735, 300);
+  Place(*captionText, 5100, 720, 1515, 300);
   captionText_ = std::make_unique<QtEditBox>(*captionText);
-  // Over the macro's text, which the design lets run beneath them.
-  label->raise();
-  captionText->raise();
 
   auto* frame = new QGroupBox(" Setup Macro button appearance ", this);
   frame->setObjectName("Frame1");

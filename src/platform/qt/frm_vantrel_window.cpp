@@ -1,6 +1,7 @@
 #include "platform/qt/frm_vantrel_window.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -9,6 +10,7 @@
 #include <QPushButton>
 #include <QTextEdit>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <map>
 #include <string_view>
 
@@ -36,6 +38,71 @@ void Place(Placed& control, float left, float top, float width, float height) {
   control.SetWidth(width);
   control.SetHeight(height);
 }
+
+// A line indicator says what it shows, to the mouse and to a screen reader.
+void Describe(QWidget& lamp, const char* name, const char* tip) {
+  lamp.setAccessibleName(name);
+  lamp.setToolTip(tip);
+}
+
+// Keeps the window wide enough for the menu bar's every entry and, while the
+// tool bar shows, for its whole caption beside the group that the resize
+// rules hold against its right edge, from the key lamp to the name field.
+// The group counts only once the rules have put it there: the name field
+// then reaches the right edge.
+class ContentWidth : public QObject {
+ public:
+  ContentWidth(QMainWindow& window, QWidget& bar, QWidget& caption, QWidget& keyLamp,
+               QWidget& lastField)
+      : QObject(&window), menuBar_(*window.menuBar()), bar_(bar), caption_(caption),
+        keyLamp_(keyLamp), lastField_(lastField) {
+    for (QWidget* watched : {static_cast<QWidget*>(&menuBar_), &caption_, &keyLamp_, &lastField_}) {
+      watched->installEventFilter(this);
+    }
+    FitMenuBar();
+  }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::ActionAdded:
+      case QEvent::ActionChanged:
+      case QEvent::FontChange:
+        if (watched == &menuBar_) FitMenuBar();
+        break;
+      case QEvent::Move:
+      case QEvent::Resize:
+        // Once the resize rules have placed the whole group, not between two
+        // of its moves.
+        if (watched != &menuBar_ && !fitPending_) {
+          fitPending_ = true;
+          QMetaObject::invokeMethod(this, [this] { FitBar(); }, Qt::QueuedConnection);
+        }
+        break;
+      default:
+        break;
+    }
+    return false;
+  }
+
+ private:
+  void FitMenuBar() { menuBar_.setMinimumWidth(menuBar_.sizeHint().width()); }
+
+  void FitBar() {
+    fitPending_ = false;
+    const bool arranged = lastField_.x() + lastField_.width() >= bar_.width();
+    if (bar_.isHidden() || !arranged) return;
+    const int group = bar_.width() - keyLamp_.x();
+    bar_.setMinimumWidth(std::max(0, caption_.x() + caption_.width() + group));
+  }
+
+  QMenuBar& menuBar_;
+  QWidget& bar_;
+  QWidget& caption_;
+  QWidget& keyLamp_;
+  QWidget& lastField_;
+  bool fitPending_ = false;
+};
 
 // A one-line rich text field of the tool bar.
 QTextEdit* NewField(QWidget& parent) {
@@ -191,12 +258,17 @@ void FrmVantrelWindow::BuildToolBar(QWidget& central) {
   srxField_->SetText("###");  // as designed: no number yet
   nameField_ = std::make_unique<QtTextBox>(*NewField(*bar));
 
+  Describe(keyBox_->widget(), "Key line", "Key line: green while the key is down, red while it is up");
+  Describe(pttBox_->widget(), "PTT line",
+           "PTT line: green while the transmitter is switched to send, red while it receives");
+
   Place(*keyBox_, 1200, 0, 375, 255);
   Place(*pttBox_, 1560, 0, 255, 255);
   Place(*cmbPrevious_, 1920, 0, 1335, 315);
   Place(*callsignField_, 3240, -10, 1095, 345);
   Place(*srxField_, 4440, -15, 700, 345);
   Place(*nameField_, 5520, -15, 1095, 345);
+  new ContentWidth(*window_, *bar, *caption, keyBox_->widget(), nameField_->widget());
   // Hidden until the settings say otherwise.
   sBar_->SetVisible(false);
 }

@@ -2,9 +2,11 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFontMetricsF>
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <map>
@@ -109,9 +111,22 @@ float TextWidth(const QWidget& widget) {
   return static_cast<float>(widget.sizeHint().width() * TwipsPerPixelX(widget));
 }
 
-void Caption(QWidget* parent, const char* text, float left, float top) {
+void Caption(QWidget* parent, const char* text, float left, float top, float scale) {
   auto* label = new QLabel(text, parent);
-  Place(*label, left, top, TextWidth(*label), kListHeight);
+  Place(*label, left * scale, top * scale, TextWidth(*label), kListHeight * scale);
+}
+
+// How much wider the desktop's font is than the narrow 8 point face the
+// design was measured in: every place and size grows by it, so that the
+// dialog reads at the size the operator chose and nothing runs into its
+// neighbour.
+float DesignScale(const QFont& desktop) {
+  QFont design = desktop;
+  design.setPointSizeF(8);
+  design.setStretch(QFont::Condensed);
+  const qreal ratio =
+      QFontMetricsF(desktop).averageCharWidth() / QFontMetricsF(design).averageCharWidth();
+  return static_cast<float>(std::max<qreal>(1, ratio));
 }
 
 }  // namespace
@@ -122,20 +137,15 @@ FrmWinKeyConfigWindow::FrmWinKeyConfigWindow(QWidget& owner, bool winKey2)
   setAttribute(Qt::WA_DeleteOnClose);
   setModal(false);
   setWindowTitle(design.caption);
-  // The design's captions were measured in a narrow 8 point face; a wider
-  // one would run the check boxes into the sliders' captions.
-  QFont face = font();
-  face.setPointSizeF(8);
-  face.setStretch(QFont::Condensed);
-  setFont(face);
-  setFixedSize(static_cast<int>(std::lround(kWidth / TwipsPerPixelX(*this))),
-               static_cast<int>(std::lround(design.height / TwipsPerPixelY(*this))));
+  const float f = DesignScale(font());
+  setFixedSize(static_cast<int>(std::lround(kWidth * f / TwipsPerPixelX(*this))),
+               static_cast<int>(std::lround(design.height * f / TwipsPerPixelY(*this))));
 
   std::map<std::string, QtComboBox*> lists;
   QtEditComboBox* tone = nullptr;
   const auto list = [&](const ListDesign& each, float top) {
     auto* combo = new QComboBox(this);
-    Place(*combo, kLeft, top, kListWidth, kListHeight);
+    Place(*combo, kLeft * f, top * f, kListWidth * f, kListHeight * f);
     if (std::string(each.name) == "cmbTone") {
       combo->setEditable(true);
       combo->setInsertPolicy(QComboBox::NoInsert);
@@ -143,7 +153,7 @@ FrmWinKeyConfigWindow::FrmWinKeyConfigWindow(QWidget& owner, bool winKey2)
     } else {
       lists[each.name] = &Make<QtComboBox>(combo, each.name);
     }
-    Caption(this, each.caption, kCaptionLeft, top);
+    Caption(this, each.caption, kCaptionLeft, top, f);
   };
   for (size_t i = 0; i < kTopLists.size(); ++i) list(kTopLists[i], 120 + 360 * static_cast<float>(i));
   list({"cmbWordSpace", "Wordspace before ending paddle operation"}, design.wordSpaceTop);
@@ -152,8 +162,8 @@ FrmWinKeyConfigWindow::FrmWinKeyConfigWindow(QWidget& owner, bool winKey2)
   std::map<std::string, QtCheckBox*> boxes;
   for (const BoxDesign& each : design.boxes) {
     auto* box = new QCheckBox(each.caption, this);
-    const float room = each.top >= kSlidersBottom ? kWidth - 2 * kLeft : kSliderLeft - kLeft;
-    Place(*box, kLeft, each.top, std::min(room, TextWidth(*box)), kRowHeight);
+    const float room = (each.top >= kSlidersBottom ? kWidth - 2 * kLeft : kSliderLeft - kLeft) * f;
+    Place(*box, kLeft * f, each.top * f, std::min(room, TextWidth(*box)), kRowHeight * f);
     boxes[each.name] = &Make<QtCheckBox>(box, each.name);
   }
 
@@ -165,14 +175,14 @@ FrmWinKeyConfigWindow::FrmWinKeyConfigWindow(QWidget& owner, bool winKey2)
     auto* caption = new QLabel(each.caption, this);
     caption->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     const float width = TextWidth(*caption);
-    Place(*caption, kSliderCaptionRight - width, top, width, kSliderHeight);
+    Place(*caption, kSliderCaptionRight * f - width, top * f, width, kSliderHeight * f);
     auto* slider = new QSlider(Qt::Horizontal, this);
     slider->setRange(each.min, each.max);
     slider->setPageStep(10);
-    Place(*slider, kSliderLeft, top, kSliderWidth, kSliderHeight);
+    Place(*slider, kSliderLeft * f, top * f, kSliderWidth * f, kSliderHeight * f);
     sliders[each.name] = &Make<QtSlider>(slider, each.name);
     auto* value = new QLabel(this);
-    Place(*value, kValueLeft, top, kValueWidth, kSliderHeight);
+    Place(*value, kValueLeft * f, top * f, kValueWidth * f, kSliderHeight * f);
     values[each.label] = &Make<QtLabel>(value, each.label);
   }
 
@@ -180,7 +190,7 @@ FrmWinKeyConfigWindow::FrmWinKeyConfigWindow(QWidget& owner, bool winKey2)
   auto* cancel = new QPushButton("Cancel", this);
   for (auto [button, left] : {std::pair{apply, kLeft}, std::pair{cancel, 1320.0F}}) {
     button->setAutoDefault(false);
-    Place(*button, left, design.buttonsTop, kButtonWidth, kButtonHeight);
+    Place(*button, left * f, design.buttonsTop * f, kButtonWidth * f, kButtonHeight * f);
   }
   QtButton& applyButton = Make<QtButton>(apply, "ARButton1");
   QtButton& cancelButton = Make<QtButton>(cancel, "btnCancel");

@@ -19,8 +19,11 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <map>
 
 #include "platform/qt/qt_button_events.h"
+#include "platform/qt/qt_fonts.h"
 
 #include "platform/qt/qt_key_events.h"
 
@@ -47,23 +50,44 @@ class MousePressFilter : public QObject {
   std::function<void(int16_t)> pressed_;
 };
 
-// The two faces of a line indicator, drawn once for the whole program.
-const QPixmap& Face(Picture picture) {
-  static const std::array<QPixmap, 2> faces = [] {
-    std::array<QPixmap, 2> made;
+// Runs a handler after each resize of the widget it watches.
+class ResizeFilter : public QObject {
+ public:
+  ResizeFilter(QWidget& owner, std::function<void()> resized)
+      : QObject(&owner), resized_(std::move(resized)) {
+    owner.installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Resize) resized_();
+    return false;
+  }
+
+ private:
+  std::function<void()> resized_;
+};
+
+// The two faces of a line indicator, a disc `side` pixels across, drawn once
+// for each size the indicators take.
+const QPixmap& Face(Picture picture, int side) {
+  static std::map<int, std::array<QPixmap, 2>> faces;
+  auto [found, made] = faces.try_emplace(std::max(side, 4));
+  if (made) {
+    const int d = found->first;
     const std::array<QColor, 2> fills{QColor(0, 200, 0), QColor(220, 0, 0)};
-    for (size_t i = 0; i < made.size(); ++i) {
-      made[i] = QPixmap(16, 16);
-      made[i].fill(Qt::transparent);
-      QPainter painter(&made[i]);
+    for (size_t i = 0; i < fills.size(); ++i) {
+      QPixmap& face = found->second[i];
+      face = QPixmap(d, d);
+      face.fill(Qt::transparent);
+      QPainter painter(&face);
       painter.setRenderHint(QPainter::Antialiasing);
       painter.setPen(QColor(64, 64, 64));
       painter.setBrush(fills[i]);
-      painter.drawEllipse(1, 1, 14, 14);
+      painter.drawEllipse(QRectF(1, 1, d - 2, d - 2));
     }
-    return made;
-  }();
-  return faces[picture == Picture::Green ? 0 : 1];
+  }
+  return found->second[picture == Picture::Green ? 0 : 1];
 }
 
 }  // namespace
@@ -83,7 +107,11 @@ QtStatusPanel::QtStatusPanel(QWidget& panel, QLabel& caption)
 
 std::string QtStatusPanel::Caption() const { return FromQString(caption_.text()); }
 
-void QtStatusPanel::SetCaption(const std::string& caption) { caption_.setText(ToQString(caption)); }
+// The caption is as wide as its text, so that the speed always shows whole.
+void QtStatusPanel::SetCaption(const std::string& caption) {
+  caption_.setText(ToQString(caption));
+  caption_.resize(caption_.sizeHint().width(), caption_.height());
+}
 
 void QtStatusPanel::SetForeColor(Colour colour) {
   foreColor_ = colour;
@@ -170,7 +198,7 @@ void QtButtonBase<Interface>::SetFontBold(bool bold) {
 template <typename Interface>
 void QtButtonBase<Interface>::SetFontName(const std::string& name) {
   QFont font = button_.font();
-  font.setFamily(ToQString(name));
+  font.setFamily(DesktopFamily(name));
   button_.setFont(font);
 }
 
@@ -279,16 +307,22 @@ void QtButtonArray::Set(int16_t index, QPushButton& button) {
   items_.at(static_cast<size_t>(index)) = std::make_unique<QtCommandButton>(button);
 }
 
+// The disc stays round and sits at the top: the design draws the indicators
+// taller than wide and lower than the tool bar, which cuts off their foot.
 QtPictureBox::QtPictureBox(QLabel& label)
     : QtWithGeometry<QtWidgetHolder<PictureBox>>(label), label_(label) {
-  label_.setScaledContents(true);
-  label_.setPixmap(Face(shown_));
+  label_.setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+  new ResizeFilter(label_, [this] {
+    side_ = std::min(label_.width(), label_.height());
+    label_.setPixmap(Face(shown_, side_));
+  });
+  label_.setPixmap(Face(shown_, side_));
 }
 
 void QtPictureBox::SetPicture(Picture picture) {
   if (picture == shown_) return;
   shown_ = picture;
-  label_.setPixmap(Face(picture));
+  label_.setPixmap(Face(picture, side_));
 }
 
 QtTimer::QtTimer() {
@@ -335,7 +369,7 @@ bool QtCommonDialog::ShowColor(Colour& colour) {
 
 // Qt's font dialog has no colour of its own; a button beside it gives one.
 bool QtCommonDialog::ShowFont(FontChoice& font) {
-  QFont start(ToQString(font.name));
+  QFont start(DesktopFamily(font.name));
   if (font.size > 0) start.setPointSizeF(font.size);
   start.setBold(font.bold);
   start.setItalic(font.italic);

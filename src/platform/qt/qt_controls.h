@@ -280,8 +280,8 @@ class QtButtonArray : public ControlArray<CommandButton> {
   std::array<std::unique_ptr<QtCommandButton>, 37> items_;
 };
 
-// A line indicator. Both faces are made once, so that a key edge costs no
-// more than handing the label another shared pixmap.
+// A line indicator. Both faces are made once for each size, so that a key
+// edge costs no more than handing the label another shared pixmap.
 class QtPictureBox : public QtWithGeometry<QtWidgetHolder<PictureBox>> {
  public:
   explicit QtPictureBox(QLabel& label);
@@ -291,6 +291,7 @@ class QtPictureBox : public QtWithGeometry<QtWidgetHolder<PictureBox>> {
  private:
   QLabel& label_;
   Picture shown_ = Picture::Red;
+  int side_ = 16;  // the disc's pixels across
 };
 
 // A QTimer under the old rule: an interval of 0 never fires, where a QTimer

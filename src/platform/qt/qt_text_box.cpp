@@ -4,6 +4,8 @@
 #include <QTextEdit>
 #include <algorithm>
 
+#include "platform/qt/qt_fonts.h"
+
 namespace vantrel::platform::qt {
 
 class QtTextBox::Edit {
@@ -220,14 +222,17 @@ void QtTextBox::SetBackColor(Colour colour) {
   ColoursChanged();
 }
 
-std::string QtTextBox::FontName() const { return FromQString(edit_.font().family()); }
+std::string QtTextBox::FontName() const {
+  return fontName_.empty() ? FromQString(edit_.font().family()) : fontName_;
+}
 float QtTextBox::FontSize() const { return static_cast<float>(edit_.font().pointSizeF()); }
 bool QtTextBox::FontBold() const { return edit_.font().bold(); }
 bool QtTextBox::FontItalic() const { return edit_.font().italic(); }
 
 void QtTextBox::SetFontName(const std::string& name) {
+  fontName_ = name;
   QFont font = edit_.font();
-  font.setFamily(ToQString(name));
+  font.setFamily(DesktopFamily(name));
   edit_.setFont(font);
 }
 

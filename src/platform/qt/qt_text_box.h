@@ -88,6 +88,9 @@ class QtTextBox : public QtPlacedBase<TextBox> {
   QTextEdit& edit_;
   Colour insertColour_;
   Colour backColor_ = 0xFFFFFF;
+  // The font's name as the logic gave it, which the widget may draw in
+  // another face of the desktop's.
+  std::string fontName_;
   TextColours colours_;
   QList<QTextEdit::ExtraSelection> painted_;
   // The caret while redraw is off, and whether colours wait to be painted.
