@@ -192,7 +192,7 @@ class MemoryButtonArray : public ControlArray<CommandButton> {
 };
 
 // A line indicator; `name` is how the trace calls it.
-class MemoryPictureBox : public MemoryPlacedBase<PictureBox> {
+class MemoryPictureBox : public MemoryPlacedBase<MemoryControlBase<PictureBox>> {
  public:
   MemoryPictureBox(Trace& trace, std::string name) : trace_(trace), name_(std::move(name)) {}
 

@@ -280,7 +280,7 @@ void QtButtonArray::Set(int16_t index, QPushButton& button) {
 }
 
 QtPictureBox::QtPictureBox(QLabel& label)
-    : QtWithGeometry<QtWidgetHolder<PictureBox>>(label), label_(label) {
+    : QtPlacedBase<PictureBox>(label), label_(label) {
   label_.setScaledContents(true);
   label_.setPixmap(Face(shown_));
 }

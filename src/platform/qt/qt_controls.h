@@ -282,7 +282,7 @@ class QtButtonArray : public ControlArray<CommandButton> {
 
 // A line indicator. Both faces are made once, so that a key edge costs no
 // more than handing the label another shared pixmap.
-class QtPictureBox : public QtWithGeometry<QtWidgetHolder<PictureBox>> {
+class QtPictureBox : public QtPlacedBase<PictureBox> {
  public:
   explicit QtPictureBox(QLabel& label);
   Picture Shown() const override { return shown_; }
