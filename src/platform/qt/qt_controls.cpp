@@ -10,6 +10,7 @@
 #include <QFontDialog>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -141,9 +142,12 @@ void QtMenuItem::SetCaption(const std::string& caption) {
   action_.setText(ToQString(caption));
 }
 
+// The "&" still underlines its letter, but Qt's own shortcut would take the
+// ALT letter before the keyer's search of the captions, which decides.
 template <typename Interface>
 void QtButtonBase<Interface>::SetCaption(const std::string& caption) {
   button_.setText(ToQString(caption));
+  button_.setShortcut(QKeySequence());
 }
 
 template <typename Interface>
@@ -404,9 +408,16 @@ void QtComboBox::SetListIndex(int16_t index) {
   if (onClick_) onClick_();
 }
 
+// A press that moves the selection has clicked already, by the row's
+// change, as the arrow keys do; a press on the entry already chosen clicks
+// on its release.
 QtListBox::QtListBox(QListWidget& list) : QtControlBase<ListBox>(list), list_(list) {
-  QObject::connect(&list_, &QListWidget::itemClicked, [this](QListWidgetItem*) {
-    if (onClick_) onClick_();
+  QObject::connect(&list_, &QListWidget::currentRowChanged, [this](int) {
+    if (!settingIndex_ && onClick_) onClick_();
+  });
+  new MousePressFilter(*list_.viewport(), [this](int16_t) { rowAtPress_ = list_.currentRow(); });
+  QObject::connect(&list_, &QListWidget::itemClicked, [this](QListWidgetItem* item) {
+    if (list_.row(item) == rowAtPress_ && onClick_) onClick_();
   });
 }
 
@@ -418,14 +429,13 @@ std::string QtListBox::List(int16_t index) const {
 }
 int16_t QtListBox::ListIndex() const { return static_cast<int16_t>(list_.currentRow()); }
 
-// Set by the program, not by the operator: Qt gives no click for that.
+// Set by the program: the click runs once, here, not from the change of row.
 void QtListBox::SetListIndex(int16_t index) {
-  if (index < 0 || index >= ListCount()) {
-    list_.setCurrentRow(-1);
-    return;
-  }
-  list_.setCurrentRow(index);
-  if (onClick_) onClick_();
+  const bool entry = index >= 0 && index < ListCount();
+  settingIndex_ = true;
+  list_.setCurrentRow(entry ? index : -1);
+  settingIndex_ = false;
+  if (entry && onClick_) onClick_();
 }
 
 }  // namespace vantrel::platform::qt
