@@ -275,8 +275,9 @@ TEST_F(LoadSettingsTest, OutOfRangeHeightStopsTheLoadThere) {
   Load({{"Top", "100"}, {"Height", "40000"}, {"Width", "3000"}, {"Keyer to Use", "WinKey"},
         {"Macro Caption #1", "CQ"}, {"WinKey Tone", "800"}});
   EXPECT_EQ(p.frmVantrel.Top(), 100);  // before the bad key: applied
-  EXPECT_EQ(p.frmVantrel.Height(), 0);  // after it: the start values, not the file's or the defaults
-  EXPECT_EQ(p.frmVantrel.Width(), 0);
+  // After it: the window's design size, not the file's or the defaults.
+  EXPECT_EQ(p.frmVantrel.Height(), 3150);
+  EXPECT_EQ(p.frmVantrel.Width(), 7125);
   EXPECT_EQ(p.CWTextBox.fontName, "");
   EXPECT_FALSE(p.mnuWinKey.Checked() || p.mnuSoftwareKeyer.Checked());
   EXPECT_EQ(p.frmVantrel.Caption(), "");
