@@ -5,7 +5,9 @@
 #include <memory>
 #include <utility>
 
+#include "app/menu_handlers.h"
 #include "macros/frm_assign_key.h"
+#include "platform/main_window_design.h"
 #include "platform/qt/frm_assign_key_window.h"
 #include "platform/qt/frm_port_window.h"
 #include "platform/qt/frm_winkey_config_window.h"
@@ -18,7 +20,6 @@ namespace vantrel::app {
 void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
                    const platform::SerialPortList& ports) {
   mainwindow::FrmVantrel& form = keyer.form;
-  sending::SendingCore& core = keyer.core;
 
   window.widget().onClose = [&form](bool& cancel) {
     form.Form_QueryUnload(cancel);
@@ -26,36 +27,25 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
   };
   window.widget().onResize = [&form] { form.Form_Resize(); };
 
-  const std::pair<const char*, std::function<void()>> clicks[] = {
-      {"mnuWPMColor", [&form] { form.mnuWPMColor_Click(); }},
-      {"mnutextfont", [&form] { form.mnutextfont_Click(); }},
-      {"mnutextbackcolor", [&form] { form.mnutextbackcolor_Click(); }},
-      {"mnutxtextcolor", [&form] { form.mnutxtextcolor_Click(); }},
-      {"mnutxingtextcolor", [&form] { form.mnutxingtextcolor_Click(); }},
-      {"mnuLoopingBackColor", [&form] { form.mnuLoopingBackColor_Click(); }},
-      {"mnuSend0as0", [&form] { form.mnuSend0as0_Click(); }},
-      {"mnuSend0asT", [&form] { form.mnuSend0asT_Click(); }},
-      {"mnuSend0asO", [&form] { form.mnuSend0asO_Click(); }},
-      {"mFkeys", [&form] { form.mFkeys_Click(); }},
-      {"mSFkeys", [&form] { form.mSFkeys_Click(); }},
-      {"mAFkeys", [&form] { form.mAFkeys_Click(); }},
-      {"mnuOnTop", [&form] { form.mnuOnTop_Click(); }},
-      {"mnuShowCallsign", [&form] { form.mnuShowCallsign_Click(); }},
-      {"mnuShowSRX", [&form] { form.mnuShowSRX_Click(); }},
-      {"mnuVOX", [&core] { core.mnuVOX_Click(); }},
-      {"mnuMOX", [&core] { core.mnuMOX_Click(); }},
-      {"mnuDedicatedSerialPort", [&form] { form.mnuDedicatedSerialPort_Click(); }},
-      {"mnuWinKey", [&form] { form.mnuWinKey_Click(); }},
-      {"mnuWinKey2", [&form] { form.mnuWinKey2_Click(); }},
-      {"mnuSoftwareKeyer", [&form] { form.mnuSoftwareKeyer_Click(); }},
-      {"mnuTX", [&core] { core.mnuTX_Click(); }},
-      {"mnuAbort", [&core] { core.mnuabort_click(); }},
-      {"mnuTune", [&core] { core.mnuTune_Click(); }},
-  };
-  for (const auto& [name, handler] : clicks) window.menu(name).OnClick(handler);
-  window.menu("mnuKeying").OnOpen([&form] { form.mnuKeying_Click(); });
-  window.menu("mnuInsKey").OnClick([&window, &keyer] {
+  for (const platform::MenuEntry& entry : platform::kMenuTree) {
+    std::function<void()> handler = MenuHandler(keyer, entry.name);
+    if (!handler) continue;
+    platform::qt::QtMenuItem& item = window.menu(entry.name);
+    if (item.submenu()) {
+      item.OnOpen(std::move(handler));
+    } else {
+      item.OnClick(std::move(handler));
+    }
+  }
+  // One Assign INS key dialog at a time; a second click brings it forward.
+  auto assignKey = std::make_shared<QPointer<platform::qt::FrmAssignKeyWindow>>();
+  window.menu("mnuInsKey").OnClick([&window, &keyer, assignKey] {
+    if (*assignKey && (*assignKey)->isVisible()) {
+      (*assignKey)->raise();
+      return;
+    }
     auto* dialog = new platform::qt::FrmAssignKeyWindow(window.widget());
+    *assignKey = dialog;
     auto logic = std::make_shared<macros::FrmAssignKey>(
         macros::AssignKeyControls{dialog->List1(), [dialog] { dialog->close(); }},
         keyer.window.InsertKeyCode, keyer.store);

@@ -1,6 +1,7 @@
 // A macro's words act once, as it is fired, in a fixed order of steps that
 // has nothing to do with where they stand; what is left goes to the box.
 #include <algorithm>
+#include <climits>
 
 #include "macros/m_macros.h"
 #include "settings/settings_store.h"
@@ -14,9 +15,12 @@ constexpr int32_t kClearLog = 700;
 constexpr int32_t kBookmark = 750;
 constexpr int32_t kRotor = 800;
 constexpr int32_t kLoopStep = 5000;
-// Both routes keep a speed word within what a keyer chip takes.
+// The speed words' own bounds: no speed below 1 WPM on either route, no
+// more than a byte holds on the chip's, and no overflow on the software
+// keyer's, whose dot stops at its floor anyway.
 constexpr int16_t kSlowest = 1;
-constexpr int16_t kFastest = 99;
+constexpr int16_t kChipFastest = 255;
+constexpr int16_t kSoftwareFastest = INT16_MAX;
 
 bool SameAt(const std::string& text, size_t at, const std::string& word) {
   if (at + word.size() > text.size()) return false;
@@ -218,8 +222,8 @@ void MMacros::StepSpeed(int16_t by) {
   sending::CwState& cw = n_.cw;
   if (c_.mnuWinKey.Checked() || c_.mnuWinKey2.Checked()) {
     winkey::WinKeySettings& chip = n_.winKeySettings;
-    chip.WinKeySpeed =
-        std::clamp<int16_t>(static_cast<int16_t>(chip.WinKeySpeed + by), kSlowest, kFastest);
+    chip.WinKeySpeed = static_cast<int16_t>(
+        std::clamp(chip.WinKeySpeed + by, static_cast<int>(kSlowest), static_cast<int>(kChipFastest)));
     n_.settings.WriteSetting(settings::kKeyerSection, "WinKey Speed",
                              std::to_string(chip.WinKeySpeed));
     // With the pot in charge the chip's speed is its own.
@@ -229,7 +233,8 @@ void MMacros::StepSpeed(int16_t by) {
       n_.core.ShowSpeed(chip.WinKeySpeed);
     }
   } else {
-    n_.core.ShowSpeed(std::clamp<int16_t>(static_cast<int16_t>(cw.WPM + by), kSlowest, kFastest));
+    n_.core.ShowSpeed(static_cast<int16_t>(
+        std::clamp(cw.WPM + by, static_cast<int>(kSlowest), static_cast<int>(kSoftwareFastest))));
     cw.DotTime = n_.core.ComputeDotLength(cw.WPM);
     n_.settings.WriteSetting(settings::kMainSection, "WPM", std::to_string(cw.WPM));
   }

@@ -42,6 +42,7 @@ void FrmVantrel::mnuSoftwareKeyer_Click() {
   store_.WriteSetting(settings::kMainSection, "Keyer to Use", "Software");
   c_.mnuWinKey.SetChecked(false);
   c_.mnuWinKey2.SetChecked(false);
+  c_.PTTBox.SetVisible(true);
   sidetone_.CreateSidetone();
   c_.KeyBox.SetPicture(platform::Picture::Red);
   c_.CWTextBox.SetText("");

@@ -124,7 +124,7 @@ class ControlArray {
 // The two pictures a line indicator can show: the line active or idle.
 enum class Picture { Green, Red };
 
-class PictureBox : public Placed {
+class PictureBox : public PlacedControl {
  public:
   virtual Picture Shown() const = 0;
   virtual void SetPicture(Picture picture) = 0;

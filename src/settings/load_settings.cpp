@@ -201,13 +201,18 @@ std::vector<Setting> BuildTable() {
       Macro<Long>("Macro MouseOver ForeColor #", "65535", &MacroState::MacroOverForeColors),
       // The mouse-over font name is never read: it restarts as the normal one.
       Macro<Text>("Macro Fontname #", "MS Sans Serif", &MacroState::MacroFontNames,
-                      [](H& h, int16_t n, Str v) { h.macros.MacroOverFontNames[n] = v; }),
-      Macro<Integer>("Macro Fontsize #", "8", &MacroState::MacroFontSizes),
+                      [](H& h, int16_t n, Str v) {
+                        h.macros.MacroOverFontNames[n] = v;
+                        h.controls.btnf[n].SetFontName(v);
+                      }),
+      Macro<Integer>("Macro Fontsize #", "8", &MacroState::MacroFontSizes,
+                     [](H& h, int16_t n, int16_t v) { h.controls.btnf[n].SetFontSize(v); }),
       Macro<Integer>("Macro MouseOver Fontsize #", "8", &MacroState::MacroOverFontSizes),
       Macro<Boolean>("Macro Fontbold #", "False", &MacroState::MacroFontBolds,
                      [](H& h, int16_t n, bool v) { h.controls.btnf[n].SetFontBold(v); }),
       Macro<Boolean>("Macro MouseOver Fontbold #", "False", &MacroState::MacroOverFontBolds),
-      Macro<Boolean>("Macro Fontitalic #", "False", &MacroState::MacroFontItalics),
+      Macro<Boolean>("Macro Fontitalic #", "False", &MacroState::MacroFontItalics,
+                     [](H& h, int16_t n, bool v) { h.controls.btnf[n].SetFontItalic(v); }),
       Macro<Boolean>("Macro MouseOver Fontitalic #", "False", &MacroState::MacroOverFontItalics),
 
       // Keyer section.

@@ -202,10 +202,31 @@ TEST_F(MacroFixture, SpeedWordsOnAChipGoToItUnlessThePotRules) {
   EXPECT_EQ(cw.WPM, 16);
 }
 
-TEST_F(MacroFixture, SpeedWordsStopAtOneWpm) {
+TEST_F(MacroFixture, SpeedWordsStopAtOneWpmOnly) {
   StartWithLogger({{"WPM", "2"}});
   Queued("$cwspeeddn$$cwspeeddn$$cwspeeddn$");
   EXPECT_EQ(cw.WPM, 1);
+
+  // Past the speed panel's 99: the dot stays at its floor.
+  cw.WPM = 99;
+  Queued("$cwspeedup$");
+  EXPECT_EQ(cw.WPM, 100);
+  EXPECT_EQ(cw.DotTime, 12);
+  EXPECT_EQ(StoredSetting("frmVantrel Settings", "WPM"), "100");
+}
+
+TEST_F(MacroFixture, SpeedWordsOnAChipStopAtWhatAByteHolds) {
+  StartWithLogger({{"WinKey Speed", "99"}});
+  p.mnuWinKey.SetChecked(true);
+  p.cwControl.SetPortOpen(true);
+  Queued("$cwspeedup$");
+  EXPECT_THAT(Outgoing(), ElementsAre("winkey 1C 64"));
+  EXPECT_EQ(StoredSetting("WinKey Settings", "WinKey Speed"), "100");
+
+  keyer.winKeySettings.WinKeySpeed = 255;
+  Queued("$cwspeedup$");
+  EXPECT_THAT(Outgoing(), ElementsAre("winkey 1C FF"));
+  EXPECT_EQ(StoredSetting("WinKey Settings", "WinKey Speed"), "255");
 }
 
 }  // namespace

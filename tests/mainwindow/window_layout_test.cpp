@@ -36,7 +36,7 @@ TEST_F(WindowLayout, MinimumHeightCountsTheShownRows) {
 }
 
 TEST_F(WindowLayout, ToolBarGroupKeepsToTheRightEdge) {
-  Start();
+  Start({{"Width", "7125"}});  // the tool bar docks to the window's design width
   form.Form_Resize();
   EXPECT_EQ(p.NameField.Left(), 6050);
   EXPECT_EQ(p.SRXField.Left(), 6070);  // hidden: no width
@@ -57,7 +57,7 @@ TEST_F(WindowLayout, ToolBarGroupKeepsToTheRightEdge) {
 }
 
 TEST_F(WindowLayout, ShowingTheSrxFieldWidensItAndMovesTheGroup) {
-  Start();
+  Start({{"Width", "7125"}});
   form.mnuShowSRX_Click();
   EXPECT_TRUE(p.mnuShowSRX.Checked());
   EXPECT_EQ(p.SRXField.Width(), 600);

@@ -12,6 +12,7 @@
 #include <QPushButton>
 
 #include "keyer_window_fixture.h"
+#include "platform/qt/qt_key_events.h"
 #include "vb/vb.h"
 
 namespace vantrel::platform::qt {
@@ -213,6 +214,82 @@ TEST_F(FrmVantrelWindowTest, MacroButtonsFireOnTheLeftButtonOnly) {
   EXPECT_EQ(window.CWTextBox().Text(), "");
   QTest::mouseClick(&button, Qt::LeftButton);
   EXPECT_EQ(window.CWTextBox().Text(), "TU");
+}
+
+
+TEST_F(FrmVantrelWindowTest, TwoCaptionsWithOneAltLetterFireTheLowerIndex) {
+  keyer->store.LocateSettingsFile(kDirectory, "");
+  for (const auto& [key, value] :
+       {std::pair{"Keying", "MOX"}, {"WPM", "20"}, {"Macro #9", "$cwspeedup$"}, {"Macro Caption #9", "Q&s"},
+        {"Macro #20", "$cwspeeddn$"}, {"Macro Caption #20", "&Send"}}) {
+    keyer->store.WriteSetting(settings::kMainSection, key, value);
+  }
+  Start();
+  QTextEdit& edit = window.CWTextBox().edit();
+  QTest::keyClick(&edit, Qt::Key_S, Qt::AltModifier);
+  QTest::keyClick(&edit, Qt::Key_S, Qt::AltModifier);
+  EXPECT_EQ(keyer->cw.WPM, 22);
+  // The caption keeps its underlined letter.
+  EXPECT_EQ(window.btnf()[20].button().text(), "&Send");
+}
+
+TEST_F(FrmVantrelWindowTest, APunctuationKeyTypedDuringSendingShowsAsUnsent) {
+  keyer->store.LocateSettingsFile(kDirectory, "");
+  keyer->store.WriteSetting(settings::kMainSection, "Slow Typing", "OFF");  // one transmission a key
+  Start();
+  QTextEdit& edit = window.CWTextBox().edit();
+  for (const char key : {'?', '/', '.', ',', '-'}) {
+    Colour typed = -1;
+    // Typed while the last letter in the box is being keyed, through the send loop's pumping.
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+      if (typed != -1 || keyer->cw.SendPosition != 2) return;
+      QTest::keyClick(&edit, key);
+      typed = window.CWTextBox().ColourAt(2);
+    });
+    watch.start(0);
+    window.CWTextBox().SetText("TE");
+    EXPECT_EQ(typed, keyer->cw.TextForeColor) << key;
+  }
+}
+
+TEST_F(FrmVantrelWindowTest, ButtonsShowTheirWholePlainLookFromTheStart) {
+  keyer->store.LocateSettingsFile(kDirectory, "");
+  keyer->store.WriteSetting(settings::kMainSection, "Macro Fontname #3", "Courier");
+  keyer->store.WriteSetting(settings::kMainSection, "Macro Fontsize #3", "14");
+  keyer->store.WriteSetting(settings::kMainSection, "Macro Fontitalic #3", "True");
+  Start();
+  const QFont font = window.btnf()[3].button().font();
+  EXPECT_EQ(font.family(), "Courier");
+  EXPECT_EQ(font.pointSizeF(), 14);
+  EXPECT_TRUE(font.italic());
+}
+
+
+TEST_F(FrmVantrelWindowTest, InsKeyDialogOpensOnceAtItsDesignSizeAndTheKeysPick) {
+  Start();
+  const auto openDialogs = [] {
+    QList<QWidget*> open;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      if (widget->windowTitle() == "Assign INS Key" && widget->isVisible()) open.push_back(widget);
+    }
+    return open;
+  };
+  window.menu("mnuInsKey").action().trigger();
+  window.menu("mnuInsKey").action().trigger();
+  ASSERT_EQ(openDialogs().size(), 1);
+  QPointer<QWidget> dialog = openDialogs().front();
+  EXPECT_NEAR(dialog->width() * TwipsPerPixelX(*dialog), 2535, TwipsPerPixelX(*dialog));
+  EXPECT_NEAR(dialog->height() * TwipsPerPixelY(*dialog), 1800, TwipsPerPixelY(*dialog));
+  EXPECT_EQ(Stored("Insert Key"), "");
+
+  auto* list = dialog->findChild<QListWidget*>();
+  ASSERT_NE(list, nullptr);
+  QTest::keyClick(list, Qt::Key_Down);  // from F1 to F2
+  EXPECT_EQ(keyer->window.InsertKeyCode, 113);
+  EXPECT_EQ(Stored("Insert Key"), "113");
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_FALSE(dialog);
 }
 
 }  // namespace

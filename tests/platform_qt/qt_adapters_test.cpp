@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QFontDialog>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QTimer>
 #include <QLabel>
@@ -17,6 +18,7 @@
 
 #include "platform/qt/qt_controls.h"
 #include "platform/qt/qt_descriptor_watch.h"
+#include "platform/qt/qt_key_events.h"
 #include "platform/qt/qt_text_box.h"
 #include "platform/qt/qt_window.h"
 #include "qt_application.h"
@@ -387,6 +389,27 @@ TEST(QtDescriptorWatchTest, ReadableRunsTheHandlerUntilUnwatched) {
   EXPECT_EQ(calls, 1);  // the second byte waits, unwatched
   ::close(pipe[0]);
   ::close(pipe[1]);
+}
+
+
+// The codes Windows gives on a US keyboard, shifted or not, and on the pad.
+TEST(QtKeyCodes, EveryKeyHasTheCodeWindowsGivesIt) {
+  const auto code = [](int key, Qt::KeyboardModifiers held = {}, const QString& text = {}) {
+    return WindowsKeyCode(QKeyEvent(QEvent::KeyPress, key, held, text));
+  };
+  EXPECT_EQ(code(Qt::Key_Question, Qt::ShiftModifier, "?"), 191);
+  EXPECT_EQ(code(Qt::Key_Slash, {}, "/"), 191);
+  EXPECT_EQ(code(Qt::Key_Period, {}, "."), 190);
+  EXPECT_EQ(code(Qt::Key_Comma, {}, ","), 188);
+  EXPECT_EQ(code(Qt::Key_Minus, {}, "-"), 189);
+  EXPECT_EQ(code(Qt::Key_Equal, {}, "="), 187);
+  EXPECT_EQ(code(Qt::Key_Exclam, Qt::ShiftModifier, "!"), '1');
+  EXPECT_EQ(code(Qt::Key_5, Qt::KeypadModifier, "5"), 101);
+  EXPECT_EQ(code(Qt::Key_Minus, Qt::KeypadModifier, "-"), 109);
+  EXPECT_EQ(code(Qt::Key_Q, {}, "q"), 'Q');
+  EXPECT_EQ(code(Qt::Key_F12), 123);
+  EXPECT_EQ(code(Qt::Key_Shift, Qt::ShiftModifier), 16);
+  EXPECT_EQ(code(Qt::Key_Adiaeresis, {}, "\u00e4"), 0xC4);
 }
 
 }  // namespace

@@ -245,7 +245,8 @@ TEST_F(LoadSettingsTest, MacroKeysCarryTheirNumberAndShowOnTheirButton) {
   const std::string longText(2500, 'Q');
   Load({{"Macro #7", longText}, {"Macro Caption #12", "CQ TEST"}, {"Macro BackColor #12", "255"},
         {"Macro ForeColor #12", "65280"}, {"Macro Fontbold #12", "True"}, {"Macro Fontname #3", "Arial"},
-        {"Macro MouseOver Fontname #3", "Courier"}, {"Macro Fontsize #36", "12"}, {"Macro Caption #1", "TU"}});
+        {"Macro MouseOver Fontname #3", "Courier"}, {"Macro Fontsize #36", "12"}, {"Macro Caption #1", "TU"},
+        {"Macro Fontitalic #5", "True"}});
   EXPECT_EQ(macros.MacroTexts[7], longText.substr(0, 1999));
   EXPECT_EQ(macros.MacroCaptions[12], "CQ TEST");
   EXPECT_EQ(p.btnf[12].Caption(), "CQ TEST");
@@ -254,6 +255,13 @@ TEST_F(LoadSettingsTest, MacroKeysCarryTheirNumberAndShowOnTheirButton) {
   EXPECT_EQ(p.btnf[12].ForeColor(), 65280);
   EXPECT_TRUE(p.btnf[12].FontBold());
   EXPECT_FALSE(p.btnf[11].FontBold());
+  // The whole plain look, before any mouse has passed over a button.
+  EXPECT_EQ(p.btnf[3].FontName(), "Arial");
+  EXPECT_EQ(p.btnf[4].FontName(), "MS Sans Serif");
+  EXPECT_EQ(p.btnf[36].FontSize(), 12);
+  EXPECT_EQ(p.btnf[35].FontSize(), 8);
+  EXPECT_TRUE(p.btnf[5].FontItalic());
+  EXPECT_FALSE(p.btnf[6].FontItalic());
   EXPECT_EQ(macros.MacroBackColors[12], 255);
   EXPECT_EQ(macros.MacroOverBackColors[12], 14671839);
   // The mouse-over name is never read: it restarts as the normal one.
@@ -267,8 +275,9 @@ TEST_F(LoadSettingsTest, OutOfRangeHeightStopsTheLoadThere) {
   Load({{"Top", "100"}, {"Height", "40000"}, {"Width", "3000"}, {"Keyer to Use", "WinKey"},
         {"Macro Caption #1", "CQ"}, {"WinKey Tone", "800"}});
   EXPECT_EQ(p.frmVantrel.Top(), 100);  // before the bad key: applied
-  EXPECT_EQ(p.frmVantrel.Height(), 0);  // after it: the start values, not the file's or the defaults
-  EXPECT_EQ(p.frmVantrel.Width(), 0);
+  // After it: the window's design size, not the file's or the defaults.
+  EXPECT_EQ(p.frmVantrel.Height(), 3150);
+  EXPECT_EQ(p.frmVantrel.Width(), 7125);
   EXPECT_EQ(p.CWTextBox.fontName, "");
   EXPECT_FALSE(p.mnuWinKey.Checked() || p.mnuSoftwareKeyer.Checked());
   EXPECT_EQ(p.frmVantrel.Caption(), "");

@@ -176,7 +176,7 @@ TEST(Runner, KeyerSectionSettingsLandInTheKeyerSection) {
   options.settings = {{"Keyer to Use", "WinKey"},
                       {"winkey hold radio polling", "True"},
                       {"WinKey Analog Speed", "True"}};
-  const auto lines = RunScript("0 menu mnuabort\n", options);
+  const auto lines = RunScript("0 menu mnuAbort\n", options);
   EXPECT_EQ(CountOf(lines, "0.000 post 150 0"), 1);  // the hold is released
   // With the speed on the chip's knob, the Abort writes no speed to it.
   EXPECT_FALSE(std::any_of(lines.begin(), lines.end(),
@@ -213,7 +213,7 @@ TEST(Runner, AppendDuringATransmissionGoesOutInIt) {
 TEST(Runner, AbortEndsAHold) {
   RunOptions options;
   options.settings = {{"PTT", "ON"}};
-  const auto lines = RunScript("0 send E\n1000 menu mnuabort\n", options);
+  const auto lines = RunScript("0 send E\n1000 menu mnuAbort\n", options);
   const auto ended = std::find(lines.begin(), lines.end(), "1000.000 post 900 0");
   ASSERT_NE(ended, lines.end());
   EXPECT_EQ(std::count(lines.begin(), ended, "160.000 post 900 0"), 0);  // held, not ended, by the slow typing
@@ -259,6 +259,81 @@ TEST(Runner, WaitRunsALoopUntilAKeyEndsIt) {
   EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                           [](const std::string& line) { return line.ends_with(" macro 1"); }),
             2);
+}
+
+TEST(Runner, FocusMovedByTheKeyerMakesTheFieldAMacroReturnsTo) {
+  RunOptions options;
+  options.settings = {{"Keying", "MOX"}};
+  // Start-up gave the box the focus: F2 in the name field brings it back there.
+  auto lines = RunScript("0 focus NameField\n10 key 113\n", options);
+  EXPECT_THAT(lines, Contains("10.000 focus CWTextBox"));
+  // Page Up moved it to the call field, which a macro then returns to.
+  lines = RunScript("0 key 33\n10 focus NameField\n20 key 113\n", options);
+  EXPECT_THAT(lines, Contains("20.000 focus CallsignField"));
+  // And Tab from the name field.
+  lines = RunScript("0 focus NameField\n10 key 9\n20 focus NameField\n30 key 113\n", options);
+  EXPECT_THAT(lines, Contains("30.000 focus CallsignField"));
+}
+
+TEST(Runner, AButtonClickPressesFirstAndSoClosesTheEditor) {
+  RunOptions options;
+  options.settings = {{"Keying", "MOX"}};
+  const auto lines = RunScript("0 macro 3 tu\n0 editor 2\n10 button 3\n", options);
+  const auto click = From(lines, "editor closed");
+  ASSERT_FALSE(click.empty());
+  EXPECT_EQ(click.front(), "10.000 editor closed");
+  EXPECT_THAT(click, Contains("10.000 macro 3"));
+}
+
+TEST(Runner, KeysTypedTogetherGoOutInOneTransmission) {
+  RunOptions options;
+  options.settings = {{"Slow Typing", "OFF"}};
+  const auto lines = RunScript("0 type cq\n", options);
+  EXPECT_EQ(CountOf(lines, "0.000 post 900 1"), 1);
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                          [](const std::string& line) { return line.ends_with(" post 900 0"); }),
+            1);
+  // The Q was in the box while the C went out.
+  EXPECT_THAT(lines, Contains("0.000 text \"CQ\""));
+}
+
+TEST(Runner, EveryMenuEntryIsReachedByItsNameInTheWindow) {
+  RunOptions options;
+  options.settings = {{"Keying", "MOX"}};
+  const auto lines = RunScript(
+      "0 menu mFkeys\n0 menu mnuSend0asT\n0 menu mnuOnTop\n0 menu mnuShowSRX\n0 menu mnuKeying\n"
+      "0 pick-color 255\n0 menu mnuWPMColor\n0 menu mnuView\n0 menu mnuVersion\n"
+      "10 menu mnuInsKey\n10 menu mnuInsKey\n20 control List1 14\n30 menu mnuPort\n",
+      options);
+  EXPECT_THAT(lines, Contains("0.000 setting \"frmVantrel Settings\" \"F Keys Visible\" \"False\""));
+  EXPECT_THAT(lines, Contains("0.000 setting \"frmVantrel Settings\" \"Serial # 0 preference\" \"T\""));
+  EXPECT_THAT(lines, Contains("0.000 topmost off"));
+  EXPECT_THAT(lines, Contains("0.000 setting \"frmVantrel Settings\" \"SRX Field Visible\" \"True\""));
+  EXPECT_THAT(lines, Contains("0.000 menu mnuDedicatedSerialPort disabled"));  // the parallel port is in use
+  EXPECT_THAT(lines, Contains("0.000 setting \"frmVantrel Settings\" \"WPM Text Color\" \"255\""));
+  EXPECT_EQ(CountOf(lines, "10.000 assign-key shown"), 1);  // one dialog at a time
+  EXPECT_THAT(lines, Contains("20.000 setting \"frmVantrel Settings\" \"Insert Key\" \"126\""));
+  EXPECT_THAT(lines, Contains("20.000 assign-key closed"));
+  EXPECT_THAT(lines, Contains("30.000 frmPort shown"));
+  EXPECT_THROW(RunScript("0 menu mnuNothing10\n"), ScriptError);  // a separator
+  EXPECT_THROW(RunScript("0 menu mnuabort\n"), ScriptError);      // not the window's name
+}
+
+TEST_F(RunnerOnDisk, TheWindowStartsAtItsDesignSizeAndTheLoadedSizeRunsTheLayout) {
+  RunOptions options;
+  options.directory = dir_;
+  // A bad early value stops the load: the design size is what is written back.
+  options.settings = {{"Height", "40000"}};
+  RunScript("10 close\n", options);
+  EXPECT_THAT(Read("Vantrel.INI"), ::testing::HasSubstr("Height=3150\n"));
+  EXPECT_THAT(Read("Vantrel.INI"), ::testing::HasSubstr("Width=7125\n"));
+
+  // A loaded height below the rows' minimum snaps up during the load.
+  options.settings = {{"Height", "600"}};
+  const auto lines = RunScript("10 close\n", options);
+  EXPECT_THAT(lines, Contains("0.000 height 600"));
+  EXPECT_THAT(lines, Contains("0.000 height 1020"));
+  EXPECT_THAT(Read("Vantrel.INI"), Not(::testing::HasSubstr("Height=600\n")));
 }
 
 TEST(Runner, WaitTakesAHoldForIdle) {

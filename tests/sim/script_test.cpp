@@ -28,14 +28,14 @@ std::string ErrorOf(const std::string& script) {
 }
 
 TEST(ParseScript, SkipsCommentsAndBlankLinesAndKeepsLineNumbers) {
-  const auto events = Parse("# a CQ\n\n   \n  # indented\r\n10 send CQ\r\n20.25 menu mnuabort\n");
+  const auto events = Parse("# a CQ\n\n   \n  # indented\r\n10 send CQ\r\n20.25 menu mnuAbort\n");
   ASSERT_EQ(events.size(), 2u);
   EXPECT_EQ(events[0].atNs, 10'000'000);
   EXPECT_EQ(events[0].verb, "send");
   EXPECT_EQ(events[0].argument, "CQ");  // the CR of a CRLF line is not text
   EXPECT_EQ(events[0].line, 5);
   EXPECT_EQ(events[1].atNs, 20'250'000);
-  EXPECT_EQ(events[1].argument, "mnuabort");
+  EXPECT_EQ(events[1].argument, "mnuAbort");
   EXPECT_EQ(events[1].line, 6);
 }
 
@@ -65,7 +65,9 @@ TEST(ParseScript, BadLinesAreErrorsNamingTheirLine) {
   EXPECT_THAT(ErrorOf("0 send E\\x4"), HasSubstr("line 1"));
   EXPECT_THAT(ErrorOf("0 send E\\x"), HasSubstr("hexadecimal"));
   EXPECT_THAT(ErrorOf("0 press E"), HasSubstr("unknown verb 'press'"));
-  EXPECT_THAT(ErrorOf("0 menu mnuAbort"), HasSubstr("unknown menu entry 'mnuAbort'"));
+  EXPECT_THAT(ErrorOf("0 menu mnuabort"), HasSubstr("unknown menu entry 'mnuabort'"));  // the window's case
+  EXPECT_THAT(ErrorOf("0 menu mnuNothing12"), HasSubstr("unknown menu entry"));           // a separator
+  EXPECT_THAT(ErrorOf("0 control List1 36"), HasSubstr("from 0 to 35"));
   EXPECT_THAT(ErrorOf("0 menu mnuTX "), HasSubstr("unknown menu entry"));
   EXPECT_THAT(ErrorOf("0 send"), HasSubstr("needs an argument"));
   EXPECT_THAT(ErrorOf("0 send "), HasSubstr("needs an argument"));

@@ -251,8 +251,10 @@ TEST_F(WinKeyHostTest, FromWinKey2ToWinKeyOpensAgainWithoutHostClose) {
 TEST_F(WinKeyHostTest, ToTheSoftwareKeyerWithNoChipOpenTakesItsOwnSpeed) {
   StartWithChip("WinKey", "", {{"WPM", "25"}, {"WinKey Speed", "15"}});
   Wire();
+  p.PTTBox.SetVisible(false);
   keyer.form.mnuSoftwareKeyer_Click();
   EXPECT_EQ(Wire(), "");
+  EXPECT_TRUE(p.PTTBox.Visible());
   EXPECT_TRUE(p.mnuSoftwareKeyer.Checked());
   EXPECT_FALSE(p.mnuWinKey.Checked());
   EXPECT_EQ(p.frmVantrel.Caption(), "Vantrel - Software");

@@ -1,9 +1,11 @@
 #include "runner.h"
 
 #include "app/link_window.h"
+#include "app/menu_handlers.h"
 #include "app/vantrel.h"
 #include "cwdaemon/cw_daemon.h"
 #include "loggerlink/logger_link.h"
+#include "macros/frm_assign_key.h"
 #include "platform/linux/ini_profile_file.h"
 #include "platform/linux/line_safety.h"
 #include "platform/linux/linux_link_channel.h"
@@ -78,6 +80,11 @@ class Session {
     daemon_->OnNotice([&p](const std::string& what, const std::string& text) {
       p.trace.Emit(text.empty() ? what : what + " " + platform::memory::Trace::Quote(text));
     });
+    // The window's events that the in-memory controls raise themselves.
+    mainwindow::FrmVantrel& form = keyer_->form;
+    p.Form_Resize = [&form] { form.Form_Resize(); };
+    p.CWTextBox.onGotFocus = [&form] { form.cwTextBox_GotFocus(); };
+    p.CallsignField.onGotFocus = [&form] { form.CallsignField_GotFocus(); };
   }
 
   app::Vantrel& keyer() { return *keyer_; }
@@ -85,12 +92,15 @@ class Session {
   bool closed() const { return closed_; }
 
   void Apply(const ScriptEvent& event);
+  // One key of a "type": keys typed together wait in the queue together.
+  void TypeCharacter(unsigned char character);
 
  private:
   platform::TextBox& Box(const std::string& name);
   void KeyDown(int16_t keyCode, int16_t shift);
-  void TypeCharacter(unsigned char character);
   void Resize(float width, float height);
+  void Menu(const std::string& name);
+  void OpenAssignKeyDialog();
   void Close();
   void Editor(const ScriptEvent& event);
   void OpenPortDialog();
@@ -165,6 +175,14 @@ class Session {
     std::optional<winkey::FrmWinKeyConfig> logic;
   };
   ChipDialog winKeyDialog_, winKey2Dialog_;
+  // The Assign INS key dialog, made anew at each opening.
+  struct AssignKeyDialog {
+    explicit AssignKeyDialog(platform::memory::Trace& trace) : form(trace, "assign-key", 2535, 1800) {}
+    platform::memory::MemoryDialogWindow form;
+    platform::memory::MemoryListBox List1;
+    std::optional<macros::FrmAssignKey> logic;
+  };
+  std::optional<AssignKeyDialog> assignKey_;
   // The dialogs by the order of their opening, the latest last.
   std::vector<const platform::memory::MemoryDialogWindow*> opened_;
   bool closed_ = false;
@@ -180,6 +198,7 @@ platform::TextBox& Session::Box(const std::string& name) {
 // A key down reaches the handler of the control that has the focus.
 void Session::KeyDown(int16_t keyCode, int16_t shift) {
   mainwindow::FrmVantrel& form = keyer_->form;
+  if (p_.focused.empty()) return;
   if (p_.focused == "CWTextBox") {
     form.cwTextBox_KeyDown(keyCode, shift);
   } else {
@@ -190,6 +209,7 @@ void Session::KeyDown(int16_t keyCode, int16_t shift) {
 // One key that makes a character: key down with its key code, the key press,
 // and the character inserted where the caret stands unless it was dropped.
 void Session::TypeCharacter(unsigned char character) {
+  if (closed_ || p_.focused.empty()) return;
   const auto upper = vb::UCaseAnsi(character);
   const bool named = (upper >= 'A' && upper <= 'Z') || (upper >= '0' && upper <= '9') ||
                      upper == ' ' || upper == '\r';
@@ -208,18 +228,40 @@ void Session::TypeCharacter(unsigned char character) {
   if (keyAscii >= 32) Box(focused).SetSelText(std::string(1, static_cast<char>(keyAscii)));
 }
 
-// What docking does on a real window: the tool bar and the rows take its
-// width; then the window's resize event runs.
+// The operator drags the frame: the window docks and runs its resize event.
 void Session::Resize(float width, float height) {
   p_.frmVantrel.SetWidth(width);
   p_.frmVantrel.SetHeight(height);
-  for (platform::Placed* panel : {static_cast<platform::Placed*>(&p_.sBar),
-                                  static_cast<platform::Placed*>(&p_.ElasticOne1),
-                                  static_cast<platform::Placed*>(&p_.ElasticOne2),
-                                  static_cast<platform::Placed*>(&p_.ElasticOne3)}) {
-    panel->SetWidth(width);
+}
+
+// Every entry of the window's menu tree, by its name there.
+void Session::Menu(const std::string& name) {
+  if (name == "mnuPort") {
+    if (p_.mnuSoftwareKeyer.Checked()) {
+      OpenPortDialog();
+    } else {
+      OpenChipDialog(p_.mnuWinKey2.Checked());
+    }
+  } else if (name == "mnuInsKey") {
+    OpenAssignKeyDialog();
+  } else if (const std::function<void()> handler = app::MenuHandler(*keyer_, name)) {
+    handler();
   }
-  keyer_->form.Form_Resize();
+}
+
+// One at a time, as in the window.
+void Session::OpenAssignKeyDialog() {
+  if (assignKey_ && assignKey_->form.open) return;
+  std::erase_if(opened_, [this](auto* form) { return assignKey_ && form == &assignKey_->form; });
+  assignKey_.reset();
+  assignKey_.emplace(p_.trace);
+  AssignKeyDialog& dialog = *assignKey_;
+  dialog.logic.emplace(macros::AssignKeyControls{dialog.List1, [&dialog] { dialog.form.Unload(); }},
+                       keyer_->window.InsertKeyCode, keyer_->store);
+  platform::CenterForm(dialog.form);
+  dialog.logic->Form_Load();
+  dialog.form.Show();
+  opened_.push_back(&dialog.form);
 }
 
 void Session::Close() {
@@ -278,6 +320,10 @@ void Session::DialogAction(const ScriptEvent& event) {
   bool done = false;
   if (setup_ && latest == &setup_->frmPort) {
     done = click ? setup_->Click(name) : setup_->Enter(name, event.argument);
+  } else if (assignKey_ && latest == &assignKey_->form) {
+    // A click on an entry of the list, by its position.
+    done = !click && name == "List1";
+    if (done) assignKey_->List1.SetListIndex(static_cast<int16_t>(std::stoi(event.argument)));
   } else {
     platform::memory::MemoryWinKeyConfig& chip =
         winKeyDialog_.controls && latest == &winKeyDialog_.controls->form ? *winKeyDialog_.controls
@@ -342,7 +388,6 @@ void Session::Editor(const ScriptEvent& event) {
 void Session::Apply(const ScriptEvent& event) {
   if (closed_) return;
   app::Vantrel& keyer = *keyer_;
-  sending::SendingCore& core = keyer.core;
   if (event.verb == "send") {
     p_.CWTextBox.SetText(event.argument);
   } else if (event.verb == "append") {
@@ -350,8 +395,6 @@ void Session::Apply(const ScriptEvent& event) {
     p_.CWTextBox.SetSelStart(static_cast<int>(p_.CWTextBox.Text().size()));
     p_.CWTextBox.SetSelColor(keyer.cw.TextForeColor);
     p_.CWTextBox.SetSelText(event.argument);
-  } else if (event.verb == "type") {
-    for (const char character : event.argument) TypeCharacter(static_cast<unsigned char>(character));
   } else if (event.verb == "key") {
     KeyDown(static_cast<int16_t>(event.first), static_cast<int16_t>(event.second));
   } else if (event.verb == "paste") {
@@ -360,8 +403,6 @@ void Session::Apply(const ScriptEvent& event) {
     keyer.form.cwTextBox_MouseUp(2);
   } else if (event.verb == "focus") {
     Box(event.name).SetFocus();
-    if (event.name == "CWTextBox") keyer.form.cwTextBox_GotFocus();
-    if (event.name == "CallsignField") keyer.form.CallsignField_GotFocus();
   } else if (event.verb == "field") {
     Box(event.name).SetText(event.argument);
   } else if (event.verb == "resize") {
@@ -384,7 +425,11 @@ void Session::Apply(const ScriptEvent& event) {
   } else if (event.verb == "slot") {
     LoggerWrites(static_cast<loggerlink::LinkSlot>(event.first), event.argument);
   } else if (event.verb == "button") {
-    keyer.mMacros.btnF_Click(static_cast<int16_t>(event.first));
+    // A left click as the window delivers it: press, release, click.
+    const auto index = static_cast<int16_t>(event.first);
+    keyer.mMacros.btnf_MouseDown(index, 1);
+    keyer.mMacros.btnf_MouseUp(index, 1);
+    keyer.mMacros.btnF_Click(index);
   } else if (event.verb == "macro") {
     keyer.macros.MacroTexts.at(static_cast<size_t>(event.first)) = event.argument;
   } else if (event.verb == "editor") {
@@ -424,24 +469,8 @@ void Session::Apply(const ScriptEvent& event) {
     if (real_) throw ScriptError(event.line, "unplug works on the in-memory ports only");
     p_.cwControl.Unplug();
     p_.parallel.Unplug();
-  } else if (event.argument == "mnuTX") {
-    core.mnuTX_Click();
-  } else if (event.argument == "mnuabort") {
-    core.mnuabort_click();
-  } else if (event.argument == "mnuTune") {
-    core.mnuTune_Click();
-  } else if (event.argument == "mnuVOX") {
-    core.mnuVOX_Click();
-  } else if (event.argument == "mnuMOX") {
-    core.mnuMOX_Click();
-  } else if (event.argument == "mnuDedicatedSerialPort") {
-    keyer.form.mnuDedicatedSerialPort_Click();
-  } else if (event.argument == "mnuWinKey") {
-    keyer.form.mnuWinKey_Click();
-  } else if (event.argument == "mnuWinKey2") {
-    keyer.form.mnuWinKey2_Click();
-  } else if (event.argument == "mnuSoftwareKeyer") {
-    keyer.form.mnuSoftwareKeyer_Click();
+  } else if (event.verb == "menu") {
+    Menu(event.argument);
   }
 }
 
@@ -471,7 +500,16 @@ void Run(const RunOptions& options, const std::vector<ScriptEvent>& events,
   session.daemon().Listen();
 
   for (const ScriptEvent& event : events) {
-    p.queue.Post(event.atNs, [&session, &event] { session.Apply(event); });
+    if (event.verb == "type") {
+      // Each key its own event, queued at once, as keys typed together are.
+      for (const char character : event.argument) {
+        p.queue.Post(event.atNs, [&session, character] {
+          session.TypeCharacter(static_cast<unsigned char>(character));
+        });
+      }
+    } else {
+      p.queue.Post(event.atNs, [&session, &event] { session.Apply(event); });
+    }
   }
   p.queue.RunPosted(options.untilNs);
 }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "platform/main_window_design.h"
 #include "platform/memory/memory_winkey_config.h"
 
 namespace vantrel::sim {
@@ -62,11 +63,9 @@ constexpr std::array<const char*, 3> kDialogs{"port", "winkey", "winkey2"};
 constexpr std::array<const char*, 13> kClickable{
     "btnTest",       "ARButton1",         "ARButton2",   "btnOK",  "btnCancel",    "btnStopTest", "CheckParallel",
     "CheckSharedSerial", "CheckSerial", "Check5", "ckSlowTyping", "Chk6",        "ckSidetone"};
-constexpr std::array<const char*, 8> kValued{"Text2", "Text3", "Text4", "Text5", "Text6", "cmbPort",
-                                             "DotLengthSlider", "Pitch"};
-constexpr std::array<const char*, 9> kMenus{
-    "mnuTX",  "mnuabort",  "mnuTune",    "mnuVOX",          "mnuMOX", "mnuDedicatedSerialPort",
-    "mnuWinKey", "mnuWinKey2", "mnuSoftwareKeyer"};
+// The keyer setup dialog's, then the Assign INS key dialog's list.
+constexpr std::array<const char*, 9> kValued{"Text2", "Text3", "Text4", "Text5", "Text6", "cmbPort",
+                                             "DotLengthSlider", "Pitch", "List1"};
 
 template <size_t N>
 bool Known(const std::array<const char*, N>& names, const std::string& name) {
@@ -218,6 +217,7 @@ void ReadArguments(ScriptEvent& event) {
       if (event.argument.empty() && !text) {
         throw ScriptError(event.line, "control " + first + " needs a value");
       }
+      if (first == "List1") Number(event.argument, 0, 35, event, "the list's entry");
     }
   } else if (event.verb == "focus" || event.verb == "field") {
     const auto blank = event.argument.find(' ');
@@ -245,8 +245,8 @@ bool KnownVerb(const std::string& verb, bool& takesArgument) {
 }
 
 bool KnownMenu(const std::string& name) {
-  for (const char* menu : kMenus) {
-    if (name == menu) return true;
+  for (const platform::MenuEntry& entry : platform::kMenuTree) {
+    if (name == entry.name) return std::string_view(entry.caption) != "-";
   }
   return false;
 }

@@ -38,7 +38,8 @@ class ScriptError : public std::runtime_error {
 
 // Every verb the runner knows, and whether it takes an argument.
 bool KnownVerb(const std::string& verb, bool& takesArgument);
-// Menu entries that the "menu" verb can click.
+// Menu entries that the "menu" verb can click: every entry of the window's
+// menu tree but the separators, by its name there.
 bool KnownMenu(const std::string& name);
 // The controls that "focus" and "field" name.
 bool KnownFocus(const std::string& name);

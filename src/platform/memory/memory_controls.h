@@ -192,7 +192,7 @@ class MemoryButtonArray : public ControlArray<CommandButton> {
 };
 
 // A line indicator; `name` is how the trace calls it.
-class MemoryPictureBox : public MemoryPlacedBase<PictureBox> {
+class MemoryPictureBox : public MemoryPlacedBase<MemoryControlBase<PictureBox>> {
  public:
   MemoryPictureBox(Trace& trace, std::string name) : trace_(trace), name_(std::move(name)) {}
 
@@ -253,11 +253,18 @@ class MemoryWindow : public Window {
   float Width() const override { return width_; }
   void SetTop(float twips) override { top_ = twips; }
   void SetLeft(float twips) override { left_ = twips; }
+  // A change of size raises the resize event, as on a real window.
   void SetHeight(float twips) override {
-    if (twips != height_) Emit("height " + vb::CStr(twips));
+    if (twips == height_) return;
+    Emit("height " + vb::CStr(twips));
     height_ = twips;
+    if (onResize) onResize();
   }
-  void SetWidth(float twips) override { width_ = twips; }
+  void SetWidth(float twips) override {
+    if (twips == width_) return;
+    width_ = twips;
+    if (onResize) onResize();
+  }
   bool Minimized() const override { return minimized; }
   float ScreenWidth() const override { return screenWidth; }
   float ScreenHeight() const override { return screenHeight; }
@@ -277,6 +284,7 @@ class MemoryWindow : public Window {
   bool minimized = false;
   bool topmost = false;
   std::string clipboard;
+  std::function<void()> onResize;
   // A screen of 1920 by 1080 pixels at 96 dpi.
   float screenWidth = 28800;
   float screenHeight = 16200;

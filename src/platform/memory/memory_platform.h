@@ -33,7 +33,8 @@ struct MemoryPlatform {
   MemoryWallClock wallClock;
   MemoryLanguage language;
 
-  MemoryWindow frmVantrel{trace};
+  // At its design size, as the window comes up.
+  MemoryWindow frmVantrel{trace, "", 7125, 3150};
   MemoryTextBox CWTextBox{trace};
   MemoryTextBox CallsignField{trace, 0, "CallsignField", "field CallsignField"};
   MemoryTextBox NameField{trace, 0, "NameField", "field NameField"};
@@ -73,8 +74,10 @@ struct MemoryPlatform {
   MemoryTimer Timer1{queue};
   MemoryTimer LoopTimer{queue};
   MemoryCommonDialog CommonDialog1{trace};
-  // The text control that has the keyboard.
-  std::string focused = "CWTextBox";
+  // The window's resize event, after docking.
+  std::function<void()> Form_Resize;
+  // The text control that has the keyboard; none until start-up gives it.
+  std::string focused;
 
   MemoryParallelPort parallel{trace};
   MemorySerialPort cwControl{trace};
@@ -96,8 +99,22 @@ struct MemoryPlatform {
   MemoryPlatform() {
     for (auto [box, name] : {std::pair{&CWTextBox, "CWTextBox"}, std::pair{&CallsignField, "CallsignField"},
                              std::pair{&NameField, "NameField"}, std::pair{&SRXField, "SRXField"}}) {
-      box->onFocus = [this, name] { focused = name; };
+      box->onFocus = [this, box, name] {
+        if (focused == name) return;
+        focused = name;
+        if (box->onGotFocus) box->onGotFocus();
+      };
     }
+    // Docking: the tool bar and the rows take the window's width, before
+    // the window's own resize event runs.
+    frmVantrel.onResize = [this] {
+      for (Placed* panel : {static_cast<Placed*>(&sBar), static_cast<Placed*>(&ElasticOne1),
+                            static_cast<Placed*>(&ElasticOne2), static_cast<Placed*>(&ElasticOne3),
+                            static_cast<Placed*>(&ElasticOne4)}) {
+        panel->SetWidth(frmVantrel.Width());
+      }
+      if (Form_Resize) Form_Resize();
+    };
     sBar.SetVisible(false);
     SRXField.SetText("###");
     Place(sBar, 0, 0, 7125, 315);

@@ -54,6 +54,9 @@ class MemoryTextBox : public MemoryPlacedBase<MemoryControlBase<TextBox>> {
   bool fontItalic = false;
   int focused = 0;
   std::function<void()> onFocus;
+  // The box's got-focus event, raised when the keyboard comes to it from
+  // elsewhere, whoever moved it.
+  std::function<void()> onGotFocus;
 
   Colour ColourAt(int offset) const { return colours_.At(offset); }
   Colour InsertColour() const { return insertColour_; }

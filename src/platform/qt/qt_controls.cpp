@@ -10,6 +10,7 @@
 #include <QFontDialog>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -169,9 +170,12 @@ void QtMenuItem::SetCaption(const std::string& caption) {
   action_.setText(ToQString(caption));
 }
 
+// The "&" still underlines its letter, but Qt's own shortcut would take the
+// ALT letter before the keyer's search of the captions, which decides.
 template <typename Interface>
 void QtButtonBase<Interface>::SetCaption(const std::string& caption) {
   button_.setText(ToQString(caption));
+  button_.setShortcut(QKeySequence());
 }
 
 template <typename Interface>
@@ -310,7 +314,7 @@ void QtButtonArray::Set(int16_t index, QPushButton& button) {
 // The disc stays round and sits at the top: the design draws the indicators
 // taller than wide and lower than the tool bar, which cuts off their foot.
 QtPictureBox::QtPictureBox(QLabel& label)
-    : QtWithGeometry<QtWidgetHolder<PictureBox>>(label), label_(label) {
+    : QtPlacedBase<PictureBox>(label), label_(label) {
   label_.setAlignment(Qt::AlignHCenter | Qt::AlignTop);
   new ResizeFilter(label_, [this] {
     side_ = std::min(label_.width(), label_.height());
@@ -438,9 +442,16 @@ void QtComboBox::SetListIndex(int16_t index) {
   if (onClick_) onClick_();
 }
 
+// A press that moves the selection has clicked already, by the row's
+// change, as the arrow keys do; a press on the entry already chosen clicks
+// on its release.
 QtListBox::QtListBox(QListWidget& list) : QtControlBase<ListBox>(list), list_(list) {
-  QObject::connect(&list_, &QListWidget::itemClicked, [this](QListWidgetItem*) {
-    if (onClick_) onClick_();
+  QObject::connect(&list_, &QListWidget::currentRowChanged, [this](int) {
+    if (!settingIndex_ && onClick_) onClick_();
+  });
+  new MousePressFilter(*list_.viewport(), [this](int16_t) { rowAtPress_ = list_.currentRow(); });
+  QObject::connect(&list_, &QListWidget::itemClicked, [this](QListWidgetItem* item) {
+    if (list_.row(item) == rowAtPress_ && onClick_) onClick_();
   });
 }
 
@@ -452,14 +463,13 @@ std::string QtListBox::List(int16_t index) const {
 }
 int16_t QtListBox::ListIndex() const { return static_cast<int16_t>(list_.currentRow()); }
 
-// Set by the program, not by the operator: Qt gives no click for that.
+// Set by the program: the click runs once, here, not from the change of row.
 void QtListBox::SetListIndex(int16_t index) {
-  if (index < 0 || index >= ListCount()) {
-    list_.setCurrentRow(-1);
-    return;
-  }
-  list_.setCurrentRow(index);
-  if (onClick_) onClick_();
+  const bool entry = index >= 0 && index < ListCount();
+  settingIndex_ = true;
+  list_.setCurrentRow(entry ? index : -1);
+  settingIndex_ = false;
+  if (entry && onClick_) onClick_();
 }
 
 }  // namespace vantrel::platform::qt

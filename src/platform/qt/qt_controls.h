@@ -94,8 +94,9 @@ class QtComboBox : public QtPlacedBase<ComboBox> {
   std::function<void()> onClick_;
 };
 
-// A list box over a QListWidget. A click on an entry, or setting the index
-// to an entry, runs the click handler; an index past the entries selects none.
+// A list box over a QListWidget. A click on an entry, a move of the
+// selection by the keys, or setting the index to an entry runs the click
+// handler, once; an index past the entries selects none.
 class QtListBox : public QtControlBase<ListBox> {
  public:
   explicit QtListBox(QListWidget& list);
@@ -109,6 +110,8 @@ class QtListBox : public QtControlBase<ListBox> {
  private:
   QListWidget& list_;
   std::function<void()> onClick_;
+  bool settingIndex_ = false;
+  int rowAtPress_ = -1;
 };
 
 // A panel docked to an edge of the window, as the rows of buttons and the
@@ -282,7 +285,7 @@ class QtButtonArray : public ControlArray<CommandButton> {
 
 // A line indicator. Both faces are made once for each size, so that a key
 // edge costs no more than handing the label another shared pixmap.
-class QtPictureBox : public QtWithGeometry<QtWidgetHolder<PictureBox>> {
+class QtPictureBox : public QtPlacedBase<PictureBox> {
  public:
   explicit QtPictureBox(QLabel& label);
   Picture Shown() const override { return shown_; }

@@ -18,16 +18,76 @@ int16_t WindowsButton(Qt::MouseButton button) {
   }
 }
 
+namespace {
+
+// The key of a US keyboard that makes the character, as Windows names it:
+// "?" is the key of "/", "!" the key of "1".
+int16_t KeyOfCharacter(int key) {
+  switch (key) {
+    case Qt::Key_Exclam: return '1';
+    case Qt::Key_At: return '2';
+    case Qt::Key_NumberSign: return '3';
+    case Qt::Key_Dollar: return '4';
+    case Qt::Key_Percent: return '5';
+    case Qt::Key_AsciiCircum: return '6';
+    case Qt::Key_Ampersand: return '7';
+    case Qt::Key_Asterisk: return '8';
+    case Qt::Key_ParenLeft: return '9';
+    case Qt::Key_ParenRight: return '0';
+    case Qt::Key_Semicolon: case Qt::Key_Colon: return 186;
+    case Qt::Key_Equal: case Qt::Key_Plus: return 187;
+    case Qt::Key_Comma: case Qt::Key_Less: return 188;
+    case Qt::Key_Minus: case Qt::Key_Underscore: return 189;
+    case Qt::Key_Period: case Qt::Key_Greater: return 190;
+    case Qt::Key_Slash: case Qt::Key_Question: return 191;
+    case Qt::Key_QuoteLeft: case Qt::Key_AsciiTilde: return 192;
+    case Qt::Key_BracketLeft: case Qt::Key_BraceLeft: return 219;
+    case Qt::Key_Backslash: case Qt::Key_Bar: return 220;
+    case Qt::Key_BracketRight: case Qt::Key_BraceRight: return 221;
+    case Qt::Key_Apostrophe: case Qt::Key_QuoteDbl: return 222;
+    default: return 0;
+  }
+}
+
+// The number pad has codes of its own: 96 to 105 for the digits, then * + - . /.
+int16_t KeypadKey(int key) {
+  if (key >= Qt::Key_0 && key <= Qt::Key_9) return static_cast<int16_t>(96 + key - Qt::Key_0);
+  switch (key) {
+    case Qt::Key_Asterisk: return 106;
+    case Qt::Key_Plus: return 107;
+    case Qt::Key_Minus: return 109;
+    case Qt::Key_Period: case Qt::Key_Comma: return 110;
+    case Qt::Key_Slash: return 111;
+    default: return 0;
+  }
+}
+
+}  // namespace
+
 int16_t WindowsKeyCode(const QKeyEvent& event) {
   const int key = event.key();
+  if (event.modifiers() & Qt::KeypadModifier) {
+    if (const int16_t pad = KeypadKey(key)) return pad;
+  }
   if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9)) {
     return static_cast<int16_t>(key);  // Qt and Windows agree on letters and digits
+  }
+  // A national letter: Windows' code depends on the layout; its capital
+  // keeps the ALT search of the captions working.
+  if (key >= Qt::Key_Agrave && key <= Qt::Key_ydiaeresis && key != Qt::Key_multiply &&
+      key != Qt::Key_division) {
+    return static_cast<int16_t>(key);
   }
   if (key >= Qt::Key_F1 && key <= Qt::Key_F24) return static_cast<int16_t>(112 + key - Qt::Key_F1);
   switch (key) {
     case Qt::Key_Backspace: return 8;
     case Qt::Key_Tab: case Qt::Key_Backtab: return 9;
     case Qt::Key_Return: case Qt::Key_Enter: return 13;
+    case Qt::Key_Shift: return 16;
+    case Qt::Key_Control: return 17;
+    case Qt::Key_Alt: return 18;
+    case Qt::Key_Pause: return 19;
+    case Qt::Key_CapsLock: return 20;
     case Qt::Key_Escape: return 27;
     case Qt::Key_Space: return 32;
     case Qt::Key_PageUp: return 33;
@@ -38,9 +98,14 @@ int16_t WindowsKeyCode(const QKeyEvent& event) {
     case Qt::Key_Up: return 38;
     case Qt::Key_Right: return 39;
     case Qt::Key_Down: return 40;
+    case Qt::Key_Print: return 44;
     case Qt::Key_Insert: return 45;
     case Qt::Key_Delete: return 46;
-    default: return 0;
+    case Qt::Key_Meta: return 91;
+    case Qt::Key_Menu: return 93;
+    case Qt::Key_NumLock: return 144;
+    case Qt::Key_ScrollLock: return 145;
+    default: return KeyOfCharacter(key);
   }
 }
 
@@ -65,8 +130,9 @@ KeyEvents::KeyEvents(QtTextBox& box, KeyHandlers handlers)
 bool KeyEvents::Key(QKeyEvent& event) {
   int16_t keyCode = WindowsKeyCode(event);
   int16_t shift = WindowsShift(event);
-  if (keyCode != 0 && handlers_.keyDown) handlers_.keyDown(keyCode, shift);
-  const bool kept = WindowsKeyCode(event) != 0 && keyCode == 0;
+  const int16_t pressed = keyCode;
+  if (handlers_.keyDown) handlers_.keyDown(keyCode, shift);
+  const bool kept = pressed != 0 && keyCode == 0;
 
   // With ALT held a key makes no character, as on the keyer's home system.
   const QString text = (shift & 4) ? QString() : event.text();

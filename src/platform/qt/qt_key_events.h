@@ -21,8 +21,9 @@ struct KeyHandlers {
   std::function<void()> gotFocus;
 };
 
-// The Windows key code of a key (A is 65, F1 112, Insert 45), 0 for one the
-// keyer has no name for; and the shift state, 1 SHIFT, 2 CTRL, 4 ALT.
+// The Windows key code of a key on a US keyboard (A is 65, F1 112, Insert
+// 45, "?" 191), 0 for one Windows has no code for; and the shift state, 1
+// SHIFT, 2 CTRL, 4 ALT. Every key reaches the key-down handler.
 int16_t WindowsKeyCode(const QKeyEvent& event);
 int16_t WindowsShift(const QKeyEvent& event);
 // The mouse button's number: 1 left, 2 right, 4 middle, 0 any other.
