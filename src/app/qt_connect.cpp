@@ -112,6 +112,8 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
          [&mMacros, index] { mMacros.btnf_MouseLeave(index); }});
   }
 
+  // A caption's ALT letter is the keyer's before it is a menu's.
+  const auto takesShortcut = [&form](int16_t keyCode, int16_t shift) { return form.HoldsHotKey(keyCode, shift); };
   // Owned by the text box's widget, and gone with it.
   new platform::qt::KeyEvents(
       window.CWTextBox(),
@@ -119,22 +121,22 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
        [&form](int16_t& keyAscii) { form.cwTextBox_KeyPress(keyAscii); },
        [&form](int16_t button) { form.cwTextBox_MouseDown(button); },
        [&form](int16_t button) { form.cwTextBox_MouseUp(button); },
-       [&form] { form.cwTextBox_GotFocus(); }});
+       [&form] { form.cwTextBox_GotFocus(); }, takesShortcut});
   new platform::qt::KeyEvents(
       window.CallsignField(),
       {[&form](int16_t& keyCode, int16_t& shift) { form.FieldKeyDown(keyCode, shift, "CallsignField"); },
        [&form](int16_t& keyAscii) { form.CallsignField_KeyPress(keyAscii); },
        [&form](int16_t button) { form.CallsignField_MouseDown(button); }, nullptr,
-       [&form] { form.CallsignField_GotFocus(); }});
+       [&form] { form.CallsignField_GotFocus(); }, takesShortcut});
   new platform::qt::KeyEvents(
       window.NameField(),
       {[&form](int16_t& keyCode, int16_t& shift) { form.FieldKeyDown(keyCode, shift, "NameField"); },
        [&form](int16_t& keyAscii) { form.NameField_KeyPress(keyAscii); },
-       [&form](int16_t button) { form.NameField_MouseDown(button); }, nullptr, nullptr});
+       [&form](int16_t button) { form.NameField_MouseDown(button); }, nullptr, nullptr, takesShortcut});
   new platform::qt::KeyEvents(
       window.SRXField(),
       {[&form](int16_t& keyCode, int16_t& shift) { form.FieldKeyDown(keyCode, shift, "SRXField"); },
-       nullptr, nullptr, nullptr, nullptr});
+       nullptr, nullptr, nullptr, nullptr, takesShortcut});
 }
 
 }  // namespace vantrel::app

@@ -53,6 +53,7 @@ class MMacros : public platform::MacroLoop {
   // Buttons and keys (macro_buttons.cpp).
   void btnF_Click(int16_t Index);
   bool FireHotKey(int16_t keyCode) override;
+  int16_t HotKeyMacro(int16_t keyCode) const override;
   void DispatchFunctionKey(int16_t keyCode, int16_t shift) override;
   void LoopTimer_Timer();
   void btnf_MouseEnter(int16_t Index);

@@ -39,18 +39,24 @@ void MMacros::btnF_Click(int16_t Index) {
 }
 
 // Codes are compared as characters, so ALT F1 (112, "p") finds "&P".
-bool MMacros::FireHotKey(int16_t keyCode) {
-  if (keyCode < 0 || keyCode > 255) return false;
+int16_t MMacros::HotKeyMacro(int16_t keyCode) const {
+  if (keyCode < 0 || keyCode > 255) return 0;
   const std::string hotKey{'&',
                            static_cast<char>(vb::UCaseAnsi(static_cast<unsigned char>(keyCode)))};
   for (int16_t i = 1; i <= kMacroCount; ++i) {
     if (vb::UCase(n_.macros.MacroCaptions[static_cast<size_t>(i)]).find(hotKey) !=
         std::string::npos) {
-      btnF_Click(i);
-      return true;
+      return i;
     }
   }
-  return false;
+  return 0;
+}
+
+bool MMacros::FireHotKey(int16_t keyCode) {
+  const int16_t index = HotKeyMacro(keyCode);
+  if (index == 0) return false;
+  btnF_Click(index);
+  return true;
 }
 
 // The codes past F12 are what INS may stand for: the ALT and CTRL rows,

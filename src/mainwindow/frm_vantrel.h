@@ -73,6 +73,9 @@ class FrmVantrel {
   // Keys of the three fields: Tab cycles them, the macro keys work as in the
   // transmit box. `FieldName` is "CallsignField", "SRXField" or "NameField".
   void FieldKeyDown(int16_t& KeyCode, int16_t& Shift, const std::string& FieldName);
+  // Whether the box's or a field's key down would fire a macro by its caption:
+  // the window then holds back a shortcut of its own on the same ALT letter.
+  bool HoldsHotKey(int16_t KeyCode, int16_t Shift) const;
   void CallsignField_KeyPress(int16_t& KeyAscii);
   void NameField_KeyPress(int16_t& KeyAscii);
   void CallsignField_MouseDown(int16_t Button);

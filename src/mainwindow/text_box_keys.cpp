@@ -35,9 +35,13 @@ const char* Prosign(int16_t keyAscii) {
 
 }  // namespace
 
+bool FrmVantrel::HoldsHotKey(int16_t KeyCode, int16_t Shift) const {
+  return Shift == kAlt && KeyCode >= kPageUp && macroLoop_.HotKeyMacro(KeyCode) != 0;
+}
+
 // ALT and a key that a macro caption holds as its hot key fires that macro.
 bool FrmVantrel::FireHotKey(int16_t& KeyCode, int16_t Shift) {
-  if (Shift != kAlt || KeyCode < kPageUp || !macroLoop_.FireHotKey(KeyCode)) return false;
+  if (!HoldsHotKey(KeyCode, Shift) || !macroLoop_.FireHotKey(KeyCode)) return false;
   KeyCode = 0;
   return true;
 }

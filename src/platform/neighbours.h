@@ -69,6 +69,8 @@ class MacroLoop {
   // ALT and a key: fires the macro whose caption has that hot key; false
   // when none has.
   virtual bool FireHotKey(int16_t keyCode) = 0;
+  // The macro FireHotKey would fire for the key, 0 when no caption holds it.
+  virtual int16_t HotKeyMacro(int16_t keyCode) const = 0;
   // A function key code, 112 to 147, with the shift state it came with.
   virtual void DispatchFunctionKey(int16_t keyCode, int16_t shift) = 0;
   virtual void QueueMacro(const std::string& macro) = 0;

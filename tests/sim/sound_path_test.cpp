@@ -43,11 +43,13 @@ std::vector<Burst> BurstsIn(const std::vector<int16_t>& samples) {
     if (peak > 8000) bursts.back().endMs = ms + 1;
     on = peak > 8000;
   }
-  // No silence of 20 WPM is shorter than a dot of 60 ms: a shorter one is a
-  // few samples the server or the recorder dropped, inside one tone.
+  // No silence of 20 WPM is shorter than a dot of 60 ms: a shorter one is
+  // samples the server or the recorder dropped, inside one tone. A busy
+  // machine drops up to a few tens of ms at once; the stutter check below
+  // still counts every one of them.
   std::vector<Burst> joined;
   for (const Burst& burst : bursts) {
-    if (!joined.empty() && burst.startMs - joined.back().endMs < 20) {
+    if (!joined.empty() && burst.startMs - joined.back().endMs < 45) {
       joined.back().droppedMs += burst.startMs - joined.back().endMs;
       joined.back().endMs = burst.endMs;
     } else {

@@ -152,6 +152,15 @@ bool KeyEvents::eventFilter(QObject* /*watched*/, QEvent* event) {
   switch (event->type()) {
     case QEvent::KeyPress:
       return Key(*static_cast<QKeyEvent*>(event));
+    case QEvent::ShortcutOverride: {
+      // Accepted, the key comes as a key press instead of firing the shortcut.
+      const auto& key = *static_cast<QKeyEvent*>(event);
+      if (handlers_.takesShortcut && handlers_.takesShortcut(WindowsKeyCode(key), WindowsShift(key))) {
+        event->accept();
+        return true;
+      }
+      return false;
+    }
     case QEvent::MouseButtonPress: {
       const auto* mouse = static_cast<QMouseEvent*>(event);
       if (handlers_.mouseDown) handlers_.mouseDown(WindowsButton(mouse->button()));

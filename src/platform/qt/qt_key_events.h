@@ -19,6 +19,9 @@ struct KeyHandlers {
   std::function<void(int16_t button)> mouseDown;
   std::function<void(int16_t button)> mouseUp;
   std::function<void()> gotFocus;
+  // Whether the logic takes this key itself, ahead of the window's own
+  // shortcuts (a menu's ALT letter) on the same key.
+  std::function<bool(int16_t keyCode, int16_t shift)> takesShortcut;
 };
 
 // The Windows key code of a key on a US keyboard (A is 65, F1 112, Insert
