@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <cstdio>
+#include <optional>
 #include <string>
 
 #include "app/link_window.h"
@@ -19,12 +20,14 @@
 #include "platform/linux/linux_serial_ports.h"
 #include "platform/linux/linux_system.h"
 #include "platform/linux/portaudio_sound.h"
+#include "platform/linux/profile_claim.h"
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
 #include "platform/qt/frm_cw_macro_setup_window.h"
 #include "platform/qt/frm_vantrel_window.h"
 #include "platform/qt/qt_dialog_controls.h"
 #include "platform/qt/qt_descriptor_watch.h"
+#include "settings/settings_store.h"
 
 namespace {
 
@@ -60,6 +63,20 @@ Arguments Parse(const QStringList& arguments) {
   return parsed;
 }
 
+// The profile's settings file for this keyer alone, or the reason on standard
+// error and in a box.
+std::optional<linuxos::ProfileClaim> ClaimProfile(const std::string& configDir,
+                                                  const std::string& commandLine) {
+  std::string error;
+  auto claim = linuxos::ProfileClaim::Claim(
+      vantrel::settings::SettingsFilePathFor(configDir, commandLine), error);
+  if (!claim) {
+    std::fprintf(stderr, "vantrel: %s\n", error.c_str());
+    QMessageBox::critical(nullptr, "Vantrel", QString::fromStdString(error));
+  }
+  return claim;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -73,6 +90,8 @@ int main(int argc, char** argv) {
     QMessageBox::critical(nullptr, "Vantrel", QString::fromStdString(error));
     return 1;
   }
+  const auto claim = ClaimProfile(configDir, arguments.commandLine);
+  if (!claim) return 1;
   linuxos::InstallLineSafety();
 
   if (!arguments.screenshot.isEmpty() || !arguments.setupShot.isEmpty()) {

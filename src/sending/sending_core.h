@@ -24,7 +24,8 @@ namespace vantrel::sending {
 class SettingWriter {
  public:
   virtual ~SettingWriter() = default;
-  virtual void WriteSetting(const std::string& section, const std::string& key,
+  // False when the value did not reach the file.
+  virtual bool WriteSetting(const std::string& section, const std::string& key,
                             const std::string& value) = 0;
 };
 

@@ -32,6 +32,10 @@ std::string TrimAtNul(std::string_view text) {
   return std::string(text.substr(0, nul));
 }
 
+std::string SettingsFilePathFor(const std::string& programDirectory, const std::string& commandLine) {
+  return programDirectory + "/" + commandLine + "Vantrel.INI";
+}
+
 const char* SectionOf(std::string_view key) {
   for (const Setting& setting : SettingsTable()) {
     if (setting.section == Section::Keyer && vb::SameText(setting.key, key)) return kKeyerSection;
@@ -41,8 +45,8 @@ const char* SectionOf(std::string_view key) {
 
 void SettingsStore::LocateSettingsFile(const std::string& programDirectory,
                                        const std::string& commandLine) {
-  SettingsBufferSize = 2000;
-  SettingsFilePath = programDirectory + "/" + commandLine + "Vantrel.INI";
+  SettingsBufferSize = kLongestValueRead + 1;
+  SettingsFilePath = SettingsFilePathFor(programDirectory, commandLine);
   if (files_.FileExists(SettingsFilePath)) return;
   if (!commandLine.empty()) files_.CopyFile(programDirectory + "/Vantrel.INI", SettingsFilePath);
   StampSettingsFile();
@@ -59,9 +63,9 @@ std::string SettingsStore::ReadSetting(const std::string& key, const std::string
   return TrimAtNul(buffer);
 }
 
-void SettingsStore::WriteSetting(const std::string& section, const std::string& key,
+bool SettingsStore::WriteSetting(const std::string& section, const std::string& key,
                                  const std::string& value) {
-  files_.WritePrivateProfileString(section, key, value, SettingsFilePath);
+  return files_.WritePrivateProfileString(section, key, value, SettingsFilePath);
 }
 
 }  // namespace vantrel::settings

@@ -2,6 +2,7 @@
 // straight through to the file, every value text.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -18,9 +19,15 @@ inline constexpr const char* kKeyerSection = "WinKey Settings";
 inline constexpr const char* kStampSection = "Initialized";
 inline constexpr const char* kStampKey = "Create Date/Time";
 
+// The longest value a read gives back; a longer one is cut to it.
+inline constexpr size_t kLongestValueRead = 1999;
+
 // Blanks off both ends, then the text before the first NUL; empty when the NUL
 // stands first or there is none, as a fixed-width buffer reads.
 std::string TrimAtNul(std::string_view text);
+
+// The settings file of the profile named on the command line.
+std::string SettingsFilePathFor(const std::string& programDirectory, const std::string& commandLine);
 
 // The section a writer puts a key in: the keyer's for its keys, else the main one.
 const char* SectionOf(std::string_view key);
@@ -38,14 +45,14 @@ class SettingsStore : public sending::SettingWriter {
   void StampSettingsFile();
 
   std::string ReadSetting(const std::string& key, const std::string& fallback);
-  void WriteSetting(const std::string& section, const std::string& key,
+  bool WriteSetting(const std::string& section, const std::string& key,
                     const std::string& value) override;
 
   std::string SettingsFilePath;
   // The section that ReadSetting reads; WriteSetting names its own.
   std::string SettingsSection = kMainSectionRead;
   // A read returns at most one less than this.
-  int16_t SettingsBufferSize = 2000;
+  int16_t SettingsBufferSize = kLongestValueRead + 1;
 
  private:
   platform::ProfileFile& files_;
