@@ -217,7 +217,9 @@ void FrmCWMacroSetup::Hbutton5_Click() {
   m.MacroTexts.at(i) = c_.MacroText.Text();
   LoadUnloadButton(n_.btnf[MacroIndex], MacroIndex, 0);
 
-  // A change the file did not take keeps the dialog, so OK can be pressed again.
+  // A change the file did not take keeps the dialog, so OK can be pressed
+  // again; the macro is written at once, even while a transmission holds
+  // other writes, so that the operator learns of a failure here.
   if (!WriteMacro()) return;
   if (stored_.size() > settings::kLongestValueRead) {
     c_.frmCWMacroSetup.MsgBox(
@@ -248,7 +250,9 @@ bool FrmCWMacroSetup::WriteMacro() {
       {"Macro MouseOver Fontitalic #", TrueFalse(m.MacroOverFontItalics[0])},
   };
   for (const auto& [key, value] : keys) {
-    if (n_.settings.WriteSetting(settings::kMainSection, key + std::to_string(MacroIndex), value)) continue;
+    if (n_.settings.WriteSettingNow(settings::kMainSection, key + std::to_string(MacroIndex), value)) {
+      continue;
+    }
     c_.frmCWMacroSetup.MsgBox(
         "This macro could not be saved in " + n_.settingsFile +
             " (is the disk full, or the folder read-only?). It is in use until Vantrel closes, "

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/profile_file.h"
 #include "platform/wall_clock.h"
@@ -47,6 +48,9 @@ class SettingsStore : public sending::SettingWriter {
   std::string ReadSetting(const std::string& key, const std::string& fallback);
   bool WriteSetting(const std::string& section, const std::string& key,
                     const std::string& value) override;
+  void HoldWrites(bool hold) override;
+  bool WriteSettingNow(const std::string& section, const std::string& key,
+                       const std::string& value) override;
 
   std::string SettingsFilePath;
   // The section that ReadSetting reads; WriteSetting names its own.
@@ -55,8 +59,16 @@ class SettingsStore : public sending::SettingWriter {
   int16_t SettingsBufferSize = kLongestValueRead + 1;
 
  private:
+  struct HeldWrite {
+    std::string section, key, value;
+  };
+  // The write of that key that waits, if any.
+  HeldWrite* Held(const std::string& section, const std::string& key);
+
   platform::ProfileFile& files_;
   platform::WallClock& clock_;
+  bool holding_ = false;
+  std::vector<HeldWrite> held_;  // in the order first written; the latest value each
 };
 
 }  // namespace vantrel::settings
