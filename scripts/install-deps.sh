@@ -6,10 +6,11 @@ set -euo pipefail
 # qt6-base-dev brings Qt Widgets and Qt Test; xvfb and xauth run the window
 # for the screenshot (xvfb-run). PortAudio plays the sidetone; a PulseAudio
 # server with a null sink, reached through ALSA's pulse plugin, gives the
-# sound test a card to record from.
+# sound test a card to record from. clang and its runtime libraries
+# (libFuzzer and the sanitizers) build the fuzz targets.
 packages=(gcc g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev
   qt6-base-dev xvfb xauth portaudio19-dev pulseaudio pulseaudio-utils
-  libasound2-plugins)
+  libasound2-plugins clang libclang-rt-14-dev)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -96,7 +96,7 @@ struct MemoryPlatform {
   MemoryPlatform() {
     for (auto [box, name] : {std::pair{&CWTextBox, "CWTextBox"}, std::pair{&CallsignField, "CallsignField"},
                              std::pair{&NameField, "NameField"}, std::pair{&SRXField, "SRXField"}}) {
-      box->onFocus = [this, name] { focused = name; };
+      box->onFocus = [this, name = name] { focused = name; };
     }
     sBar.SetVisible(false);
     SRXField.SetText("###");
