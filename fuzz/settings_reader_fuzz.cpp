@@ -17,19 +17,20 @@ namespace {
 
 using vantrel::platform::linuxos::IniProfileFile;
 
-// In memory where the system has such a folder: the syncs of a write cost nothing there.
-std::string Folder() {
-  static const std::string folder = [] {
-    std::string pattern = ::access("/dev/shm", W_OK) == 0 ? "/dev/shm/vantrel-fuzz-XXXXXX"
-                                                          : "/tmp/vantrel-fuzz-XXXXXX";
-    if (::mkdtemp(pattern.data()) == nullptr) std::abort();
+// In memory where the system has such a folder: the syncs of a write cost
+// nothing there. Never freed, so that it outlives the removal at exit.
+const std::string& Folder() {
+  static const std::string* folder = [] {
+    auto* path = new std::string(::access("/dev/shm", W_OK) == 0 ? "/dev/shm/vantrel-fuzz-XXXXXX"
+                                                                : "/tmp/vantrel-fuzz-XXXXXX");
+    if (::mkdtemp(path->data()) == nullptr) std::abort();
     std::atexit([] {
       std::error_code ignored;
       std::filesystem::remove_all(Folder(), ignored);
     });
-    return pattern;
+    return path;
   }();
-  return folder;
+  return *folder;
 }
 
 // The input's fields between '|' name a section, a key and a value.
