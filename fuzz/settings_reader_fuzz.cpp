@@ -76,10 +76,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (writable && !trimmedSection.empty() && !trimmedKey.empty() && trimmedSection == section &&
       trimmedKey == key) {
     if (!ini.WritePrivateProfileString(section, key, value, path)) std::abort();
-    if (ini.GetPrivateProfileString(section, key, "", 2000, path) != vantrel::platform::ValueFromFile(
-                                                                         vantrel::platform::ValueForFile(value))) {
-      std::abort();
-    }
+    // What comes back is the value less its surrounding blanks, quotes and all.
+    const std::string expected(vantrel::platform::TrimProfileBlanks(value));
+    if (ini.GetPrivateProfileString(section, key, "", 2000, path) != expected) std::abort();
   }
   return 0;
 }
