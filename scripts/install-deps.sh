@@ -9,9 +9,12 @@ set -euo pipefail
 # sound test a card to record from. Tlf under tmux drives the keyer as a
 # real cwdaemon client. desktop-file-utils, dpkg-dev and lintian check the
 # installed tree and the Debian package; librsvg2-bin renders the icon's sizes.
+# clang and its runtime libraries (libFuzzer and the sanitizers) build the
+# fuzz targets.
 packages=(gcc g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev
   qt6-base-dev xvfb xauth portaudio19-dev pulseaudio pulseaudio-utils
-  libasound2-plugins tlf tmux desktop-file-utils dpkg-dev lintian librsvg2-bin)
+  libasound2-plugins tlf tmux desktop-file-utils dpkg-dev lintian librsvg2-bin
+  clang libclang-rt-14-dev)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -31,10 +31,8 @@ using platform::linuxos::LinuxScheduler;
 using platform::linuxos::PriorityRaise;
 using platform::linuxos::WaitMode;
 
-constexpr int16_t kEnglish = 1033;
 constexpr const char* kSettingsFolder = "/bench";
 constexpr int32_t kPttDelayMs = 100;
-constexpr double kDash = 3, kLetterSpace = 3, kWordSpace = 7;
 constexpr int kSpeeds[] = {20, 40, 60};
 
 // What the Sleep mode is held to, at normal priority on an idle machine.
@@ -84,39 +82,12 @@ std::string Paris(int words) {
   return text;
 }
 
-int32_t DotMs(int wpm) {
-  return sending::ComputeDotLength(static_cast<int16_t>(wpm), kDash, kLetterSpace, kWordSpace);
-}
 
 // Enough words for about `seconds` of sending, and never fewer than two, so
 // that a word gap is measured.
 int WordsFor(int wpm, double seconds) {
   const double wordMs = 50.0 * DotMs(wpm);
   return std::max(2, static_cast<int>(std::ceil(seconds * 1000 / wordMs)));
-}
-
-// Ideal edge times in ns from the first key-down, by the keyer's own table and
-// dot: element gaps of one dot, letter gaps of kLetterSpace, and a space adds
-// what is left of kWordSpace.
-std::vector<int64_t> IdealEdges(const std::string& text, int wpm) {
-  const int64_t dot = int64_t{DotMs(wpm)} * 1'000'000;
-  std::vector<int64_t> edges;
-  int64_t t = 0;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const std::string code = sending::CharToMorse(text[i], kEnglish);
-    if (code == "_") {
-      t += static_cast<int64_t>((kWordSpace - 2 * kLetterSpace) * static_cast<double>(dot));
-    } else {
-      for (size_t e = 0; e < code.size(); ++e) {
-        edges.push_back(t);
-        t += code[e] == '-' ? static_cast<int64_t>(kDash * static_cast<double>(dot)) : dot;
-        edges.push_back(t);
-        if (e + 1 < code.size()) t += dot;
-      }
-    }
-    if (i + 1 < text.size()) t += static_cast<int64_t>(kLetterSpace * static_cast<double>(dot));
-  }
-  return edges;
 }
 
 struct Run {

@@ -11,10 +11,44 @@
 
 #include "platform/memory/memory_platform.h"
 #include "platform/platform.h"
+#include "sending/morse_table.h"
+#include "sending/sending_core.h"
 
 namespace vantrel::bench {
 
 using NowNs = std::function<int64_t()>;
+
+inline constexpr int16_t kEnglish = 1033;
+// The proportions the benches send with: the keyer's defaults.
+inline constexpr double kDash = 3, kLetterSpace = 3, kWordSpace = 7;
+
+inline int32_t DotMs(int wpm) {
+  return sending::ComputeDotLength(static_cast<int16_t>(wpm), kDash, kLetterSpace, kWordSpace);
+}
+
+// Ideal edge times in ns from the first key-down, by the keyer's own table and
+// dot: element gaps of one dot, letter gaps of kLetterSpace, and a space adds
+// what is left of kWordSpace.
+inline std::vector<int64_t> IdealEdges(const std::string& text, int wpm) {
+  const int64_t dot = int64_t{DotMs(wpm)} * 1'000'000;
+  std::vector<int64_t> edges;
+  int64_t t = 0;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const std::string code = sending::CharToMorse(text[i], kEnglish);
+    if (code == "_") {
+      t += static_cast<int64_t>((kWordSpace - 2 * kLetterSpace) * static_cast<double>(dot));
+    } else {
+      for (size_t e = 0; e < code.size(); ++e) {
+        edges.push_back(t);
+        t += code[e] == '-' ? static_cast<int64_t>(kDash * static_cast<double>(dot)) : dot;
+        edges.push_back(t);
+        if (e + 1 < code.size()) t += dot;
+      }
+    }
+    if (i + 1 < text.size()) t += static_cast<int64_t>(kLetterSpace * static_cast<double>(dot));
+  }
+  return edges;
+}
 
 struct Edge {
   int64_t ns;

@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,7 @@
 #include "platform/linux/linux_serial_ports.h"
 #include "platform/linux/linux_system.h"
 #include "platform/linux/portaudio_sound.h"
+#include "platform/linux/profile_claim.h"
 #include "platform/linux/ppdev_parallel_port.h"
 #include "platform/linux/termios_serial_port.h"
 #include "platform/linux/udp_datagram_socket.h"
@@ -29,6 +31,7 @@
 #include "platform/qt/frm_vantrel_window.h"
 #include "platform/qt/qt_dialog_controls.h"
 #include "platform/qt/qt_descriptor_watch.h"
+#include "settings/settings_store.h"
 
 namespace {
 
@@ -38,6 +41,20 @@ namespace linuxos = vantrel::platform::linuxos;
 constexpr int kScreenshotDelayMs = 500;
 // How often a message box is looked for while a screenshot is being taken.
 constexpr int kDismissEveryMs = 50;
+
+// The profile's settings file for this keyer alone, or the reason on standard
+// error and in a box.
+std::optional<linuxos::ProfileClaim> ClaimProfile(const std::string& configDir,
+                                                  const std::string& profileName) {
+  std::string error;
+  auto claim = linuxos::ProfileClaim::Claim(
+      vantrel::settings::SettingsFilePathFor(configDir, profileName), error);
+  if (!claim) {
+    std::fprintf(stderr, "vantrel: %s\n", error.c_str());
+    QMessageBox::critical(nullptr, "Vantrel", QString::fromStdString(error));
+  }
+  return claim;
+}
 
 }  // namespace
 
@@ -74,6 +91,8 @@ int main(int argc, char** argv) {
     QMessageBox::critical(nullptr, "Vantrel", QString::fromStdString(error));
     return 1;
   }
+  const auto claim = ClaimProfile(configDir, profileName);
+  if (!claim) return 1;
   linuxos::InstallLineSafety();
 
   if (!screenshot.isEmpty() || !setupShot.isEmpty()) {

@@ -217,25 +217,50 @@ void FrmCWMacroSetup::Hbutton5_Click() {
   m.MacroTexts.at(i) = c_.MacroText.Text();
   LoadUnloadButton(n_.btnf[MacroIndex], MacroIndex, 0);
 
-  WriteMacroKey("Macro #", stored_);
-  WriteMacroKey("Macro Caption #", c_.CaptionText.Text());
-  WriteMacroKey("Macro BackColor #", std::to_string(m.MacroBackColors[0]));
-  WriteMacroKey("Macro MouseOver BackColor #", std::to_string(m.MacroOverBackColors[0]));
-  WriteMacroKey("Macro ForeColor #", std::to_string(m.MacroForeColors[0]));
-  WriteMacroKey("Macro MouseOver ForeColor #", std::to_string(m.MacroOverForeColors[0]));
-  WriteMacroKey("Macro Fontname #", m.MacroFontNames[0]);
-  WriteMacroKey("Macro MouseOver Fontname #", m.MacroOverFontNames[0]);
-  WriteMacroKey("Macro Fontsize #", std::to_string(m.MacroFontSizes[0]));
-  WriteMacroKey("Macro MouseOver Fontsize #", std::to_string(m.MacroOverFontSizes[0]));
-  WriteMacroKey("Macro Fontbold #", TrueFalse(m.MacroFontBolds[0]));
-  WriteMacroKey("Macro MouseOver Fontbold #", TrueFalse(m.MacroOverFontBolds[0]));
-  WriteMacroKey("Macro Fontitalic #", TrueFalse(m.MacroFontItalics[0]));
-  WriteMacroKey("Macro MouseOver Fontitalic #", TrueFalse(m.MacroOverFontItalics[0]));
+  // A change the file did not take keeps the dialog, so OK can be pressed
+  // again; the macro is written at once, even while a transmission holds
+  // other writes, so that the operator learns of a failure here.
+  if (!WriteMacro()) return;
+  if (stored_.size() > settings::kLongestValueRead) {
+    c_.frmCWMacroSetup.MsgBox(
+        "This macro is " + std::to_string(stored_.size()) +
+            " characters long. It is stored, but when Vantrel starts again only its first " +
+            std::to_string(settings::kLongestValueRead) + " characters will come back.",
+        platform::kMsgBoxExclamation, "Macro too long to read back");
+  }
   unload_();
 }
 
-void FrmCWMacroSetup::WriteMacroKey(const char* key, const std::string& value) {
-  n_.settings.WriteSetting(settings::kMainSection, key + std::to_string(MacroIndex), value);
+bool FrmCWMacroSetup::WriteMacro() {
+  const MacroState& m = n_.macros;
+  const std::pair<const char*, std::string> keys[] = {
+      {"Macro #", stored_},
+      {"Macro Caption #", c_.CaptionText.Text()},
+      {"Macro BackColor #", std::to_string(m.MacroBackColors[0])},
+      {"Macro MouseOver BackColor #", std::to_string(m.MacroOverBackColors[0])},
+      {"Macro ForeColor #", std::to_string(m.MacroForeColors[0])},
+      {"Macro MouseOver ForeColor #", std::to_string(m.MacroOverForeColors[0])},
+      {"Macro Fontname #", m.MacroFontNames[0]},
+      {"Macro MouseOver Fontname #", m.MacroOverFontNames[0]},
+      {"Macro Fontsize #", std::to_string(m.MacroFontSizes[0])},
+      {"Macro MouseOver Fontsize #", std::to_string(m.MacroOverFontSizes[0])},
+      {"Macro Fontbold #", TrueFalse(m.MacroFontBolds[0])},
+      {"Macro MouseOver Fontbold #", TrueFalse(m.MacroOverFontBolds[0])},
+      {"Macro Fontitalic #", TrueFalse(m.MacroFontItalics[0])},
+      {"Macro MouseOver Fontitalic #", TrueFalse(m.MacroOverFontItalics[0])},
+  };
+  for (const auto& [key, value] : keys) {
+    if (n_.settings.WriteSettingNow(settings::kMainSection, key + std::to_string(MacroIndex), value)) {
+      continue;
+    }
+    c_.frmCWMacroSetup.MsgBox(
+        "This macro could not be saved in " + n_.settingsFile +
+            " (is the disk full, or the folder read-only?). It is in use until Vantrel closes, "
+            "but would be lost at the next start. Make room and press OK again, or Cancel.",
+        platform::kMsgBoxExclamation, "Macro not saved");
+    return false;
+  }
+  return true;
 }
 
 void MacroSetupEditor::ShowMacroSetup(int16_t index) {

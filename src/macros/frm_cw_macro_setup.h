@@ -21,6 +21,8 @@ struct MacroSetupNeighbours {
   platform::ControlArray<platform::CommandButton>& btnf;
   platform::CommonDialog& CommonDialog1;
   sending::SettingWriter& settings;
+  // Named to the operator when a macro cannot be stored in it.
+  const std::string& settingsFile;
 };
 
 // The longest macro OK stores, counted in its stored form.
@@ -62,7 +64,8 @@ class FrmCWMacroSetup {
 
  private:
   bool ChooseColor(platform::Colour& colour);
-  void WriteMacroKey(const char* key, const std::string& value);
+  // False, with the operator told, when the file did not take the macro.
+  bool WriteMacro();
 
   platform::MacroSetupControls& c_;
   MacroSetupNeighbours n_;

@@ -20,6 +20,7 @@ void SendingCore::StartTransmission() {
   }
   cw_.SendPosition = 0;
   cw_.Transmitting = true;
+  n_.settings.HoldWrites(true);
   DisableIdleControls();
   n_.link.PostLink(kPostTransmitting, 1);
   if (cw_.DisablePolling) n_.link.PostLink(kPostHoldRadioPolling, 1);
@@ -52,6 +53,8 @@ void SendingCore::EndTransmission() {
     n_.link.LogContact();
     cw_.LogAfterSend = false;
   }
+  // Last, so that no write stands between the lines and their release.
+  n_.settings.HoldWrites(false);
 }
 
 void SendingCore::StopTransmission() {

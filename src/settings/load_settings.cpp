@@ -92,10 +92,14 @@ std::vector<Setting> BuildTable() {
       Main<Exact>("Slow Typing", "ON", [](H& h, Str v) { h.cw.SlowTyping = v == "ON"; }),
       Main<Boolean>("On Top", "1", [](H& h, bool v) { h.window.OnTop = v; }),
       Main<Val16>("Insert Key", "112", [](H& h, int16_t v) { h.window.InsertKeyCode = v; }),
-      Main<Integer>("Top", "500", [](H& h, int16_t v) { h.controls.frmVantrel.SetTop(v); }),
-      Main<Integer>("Left", "500", [](H& h, int16_t v) { h.controls.frmVantrel.SetLeft(v); }),
-      Main<Integer>("Height", "2500", [](H& h, int16_t v) { h.controls.frmVantrel.SetHeight(v); }),
-      Main<Integer>("Width", "3500", [](H& h, int16_t v) { h.controls.frmVantrel.SetWidth(v); }),
+      // The rectangle is read as wide as it is written: a window on a second
+      // monitor, or a wide one, lies past 32767 twips.
+      Main<Long>("Top", "500", [](H& h, int32_t v) { h.controls.frmVantrel.SetTop(static_cast<float>(v)); }),
+      Main<Long>("Left", "500", [](H& h, int32_t v) { h.controls.frmVantrel.SetLeft(static_cast<float>(v)); }),
+      Main<Long>("Height", "2500",
+                 [](H& h, int32_t v) { h.controls.frmVantrel.SetHeight(static_cast<float>(v)); }),
+      Main<Long>("Width", "3500",
+                 [](H& h, int32_t v) { h.controls.frmVantrel.SetWidth(static_cast<float>(v)); }),
       Main<Text>("TextBox Font Name", "MS Sans Serif",
                      [](H& h, Str v) { h.controls.CWTextBox.SetFontName(v); }),
       Main<Integer>("TextBox Font Size", "8",

@@ -1,7 +1,9 @@
 #include "settings/settings_store.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "settings/load_settings.h"
 #include "vb/vb.h"
@@ -32,6 +34,10 @@ std::string TrimAtNul(std::string_view text) {
   return std::string(text.substr(0, nul));
 }
 
+std::string SettingsFilePathFor(const std::string& programDirectory, const std::string& commandLine) {
+  return programDirectory + "/" + commandLine + "Vantrel.INI";
+}
+
 const char* SectionOf(std::string_view key) {
   if (vb::SameText(key, "Address") || vb::SameText(key, "Port")) return kNetworkSection;
   for (const Setting& setting : SettingsTable()) {
@@ -42,8 +48,8 @@ const char* SectionOf(std::string_view key) {
 
 void SettingsStore::LocateSettingsFile(const std::string& programDirectory,
                                        const std::string& commandLine) {
-  SettingsBufferSize = 2000;
-  SettingsFilePath = programDirectory + "/" + commandLine + "Vantrel.INI";
+  SettingsBufferSize = kLongestValueRead + 1;
+  SettingsFilePath = SettingsFilePathFor(programDirectory, commandLine);
   if (files_.FileExists(SettingsFilePath)) return;
   if (!commandLine.empty()) files_.CopyFile(programDirectory + "/Vantrel.INI", SettingsFilePath);
   StampSettingsFile();
@@ -54,15 +60,45 @@ void SettingsStore::StampSettingsFile() {
 }
 
 std::string SettingsStore::ReadSetting(const std::string& key, const std::string& fallback) {
-  std::string buffer = files_.GetPrivateProfileString(SettingsSection, key, fallback,
-                                                      SettingsBufferSize, SettingsFilePath);
+  const HeldWrite* held = Held(SettingsSection, key);
+  std::string buffer = held ? std::string(platform::TrimProfileBlanks(held->value))
+                                  .substr(0, static_cast<size_t>(std::max(SettingsBufferSize - 1, 0)))
+                            : files_.GetPrivateProfileString(SettingsSection, key, fallback,
+                                                             SettingsBufferSize, SettingsFilePath);
   buffer.resize(static_cast<size_t>(SettingsBufferSize), '\0');
   return TrimAtNul(buffer);
 }
 
-void SettingsStore::WriteSetting(const std::string& section, const std::string& key,
+bool SettingsStore::WriteSetting(const std::string& section, const std::string& key,
                                  const std::string& value) {
-  files_.WritePrivateProfileString(section, key, value, SettingsFilePath);
+  if (!holding_) return WriteSettingNow(section, key, value);
+  if (HeldWrite* held = Held(section, key)) {
+    held->value = value;
+  } else {
+    held_.push_back({section, key, value});
+  }
+  return true;
+}
+
+bool SettingsStore::WriteSettingNow(const std::string& section, const std::string& key,
+                                    const std::string& value) {
+  if (HeldWrite* held = Held(section, key)) held->value = value;  // no older value may follow it
+  return files_.WritePrivateProfileString(section, key, value, SettingsFilePath);
+}
+
+void SettingsStore::HoldWrites(bool hold) {
+  holding_ = hold;
+  if (hold) return;
+  for (const HeldWrite& write : std::exchange(held_, {})) {
+    files_.WritePrivateProfileString(write.section, write.key, write.value, SettingsFilePath);
+  }
+}
+
+SettingsStore::HeldWrite* SettingsStore::Held(const std::string& section, const std::string& key) {
+  for (HeldWrite& write : held_) {
+    if (vb::SameText(write.section, section) && vb::SameText(write.key, key)) return &write;
+  }
+  return nullptr;
 }
 
 }  // namespace vantrel::settings

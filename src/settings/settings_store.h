@@ -2,9 +2,11 @@
 // straight through to the file, every value text.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/profile_file.h"
 #include "platform/wall_clock.h"
@@ -20,9 +22,15 @@ inline constexpr const char* kNetworkSection = "Network";
 inline constexpr const char* kStampSection = "Initialized";
 inline constexpr const char* kStampKey = "Create Date/Time";
 
+// The longest value a read gives back; a longer one is cut to it.
+inline constexpr size_t kLongestValueRead = 1999;
+
 // Blanks off both ends, then the text before the first NUL; empty when the NUL
 // stands first or there is none, as a fixed-width buffer reads.
 std::string TrimAtNul(std::string_view text);
+
+// The settings file of the profile named on the command line.
+std::string SettingsFilePathFor(const std::string& programDirectory, const std::string& commandLine);
 
 // The section a writer puts a key in: the keyer's for its keys, the
 // network's for its own, else the main one.
@@ -41,18 +49,29 @@ class SettingsStore : public sending::SettingWriter {
   void StampSettingsFile();
 
   std::string ReadSetting(const std::string& key, const std::string& fallback);
-  void WriteSetting(const std::string& section, const std::string& key,
+  bool WriteSetting(const std::string& section, const std::string& key,
                     const std::string& value) override;
+  void HoldWrites(bool hold) override;
+  bool WriteSettingNow(const std::string& section, const std::string& key,
+                       const std::string& value) override;
 
   std::string SettingsFilePath;
   // The section that ReadSetting reads; WriteSetting names its own.
   std::string SettingsSection = kMainSectionRead;
   // A read returns at most one less than this.
-  int16_t SettingsBufferSize = 2000;
+  int16_t SettingsBufferSize = kLongestValueRead + 1;
 
  private:
+  struct HeldWrite {
+    std::string section, key, value;
+  };
+  // The write of that key that waits, if any.
+  HeldWrite* Held(const std::string& section, const std::string& key);
+
   platform::ProfileFile& files_;
   platform::WallClock& clock_;
+  bool holding_ = false;
+  std::vector<HeldWrite> held_;  // in the order first written; the latest value each
 };
 
 }  // namespace vantrel::settings

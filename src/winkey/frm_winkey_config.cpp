@@ -52,7 +52,7 @@ FrmWinKeyConfig::FrmWinKeyConfig(Chip chip, platform::WinKeyConfigControls contr
       {&c_.Slider6, &FrmWinKeyConfig::Slider6_Change},   {&c_.Slider7, &FrmWinKeyConfig::Slider7_Change},
       {&c_.Slider8, &FrmWinKeyConfig::Slider8_Change},   {&c_.Slider9, &FrmWinKeyConfig::Slider9_Change},
       {&c_.Slider10, &FrmWinKeyConfig::Slider10_Change}};
-  for (const auto& [slider, handler] : sliders) slider->OnChange([this, handler] { (this->*handler)(); });
+  for (const auto& [slider, handler] : sliders) slider->OnChange([this, handler = handler] { (this->*handler)(); });
   for (platform::CheckBox* box : {&c_.ckWinKeyPTT, &c_.ckWinKeySideTone, c_.ckWinKeyPin3, c_.ckWinKeyPin5,
                                   c_.ckRadio1Pin3, c_.ckRadio1Pin5}) {
     if (box) box->OnClick([this, box] { RunClick(box); });

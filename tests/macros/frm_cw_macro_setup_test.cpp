@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -94,6 +95,55 @@ TEST_F(MacroSetup, OkCountsTheStoredFormAndRefusesPast3000) {
   const std::vector<std::string> written = Written();
   ASSERT_FALSE(written.empty());
   EXPECT_TRUE(written[0] == "Macro #3=" + std::string(1500, 'A') + "~" + std::string(1499, 'B'));
+}
+
+// On a full disk or a read-only folder the dialog stays, says so, and takes
+// OK again once the file can be written.
+TEST_F(MacroSetup, AMacroTheFileDidNotTakeKeepsTheDialogOpen) {
+  Start();
+  MemoryMacroSetupDialog& dialog = Open(4);
+  dialog.MacroText.SetText("CQ TEST");
+  p.files.SetWriteFails(keyer.store.SettingsFilePath, true);
+  p.trace.Clear();
+  dialog.Hbutton5.Click();
+  EXPECT_TRUE(p.macroSetup.Loaded());
+  const std::vector<std::string> boxes = EventsStartingWith({"msgbox"});
+  ASSERT_EQ(boxes.size(), 1u);
+  EXPECT_THAT(boxes[0], HasSubstr("\"Macro not saved\" \"This macro could not be saved in " +
+                                  keyer.store.SettingsFilePath));
+  EXPECT_EQ(Written(), std::vector<std::string>{"Macro #4=CQ TEST"});  // tried once, then stopped
+  EXPECT_EQ(StoredSetting("frmVantrel Settings", "Macro #4"), "");
+
+  p.files.SetWriteFails(keyer.store.SettingsFilePath, false);
+  p.trace.Clear();
+  dialog.Hbutton5.Click();
+  EXPECT_FALSE(p.macroSetup.Loaded());
+  EXPECT_TRUE(EventsStartingWith({"msgbox"}).empty());
+  EXPECT_EQ(Written().size(), 14u);
+  EXPECT_EQ(StoredSetting("frmVantrel Settings", "Macro #4"), "CQ TEST");
+}
+
+// The editor takes 3000 characters, a start reads back 1999: past that the
+// operator is told, and the macro is stored all the same.
+TEST_F(MacroSetup, AMacroLongerThanAReadGivesBackIsStoredWithAWarning) {
+  Start();
+  for (const size_t length : {size_t{1999}, size_t{2000}, size_t{3000}}) {
+    MemoryMacroSetupDialog& dialog = Open(6);
+    dialog.MacroText.SetText(std::string(length, 'E'));
+    p.trace.Clear();
+    dialog.Hbutton5.Click();
+    EXPECT_FALSE(p.macroSetup.Loaded()) << length;
+    EXPECT_EQ(StoredSetting("frmVantrel Settings", "Macro #6").size(), std::min(length, size_t{1999}));
+    const std::vector<std::string> boxes = EventsStartingWith({"msgbox"});
+    if (length <= 1999) {
+      EXPECT_TRUE(boxes.empty()) << length;
+      continue;
+    }
+    ASSERT_EQ(boxes.size(), 1u) << length;
+    EXPECT_THAT(boxes[0], HasSubstr("\"Macro too long to read back\" \"This macro is " +
+                                    std::to_string(length) + " characters long. It is stored, but "
+                                    "when Vantrel starts again only its first 1999 characters"));
+  }
 }
 
 TEST_F(MacroSetup, TheLineMarkCannotBeTypedButALoadedOneIsKept) {

@@ -186,6 +186,25 @@ TEST_F(MacroFixture, SpeedWordsAreStoredForGood) {
   EXPECT_EQ(EventsStartingWith({"status"}).back(), "status \" Keying speed = 22 WPM\"");
 }
 
+// A durable write inside one of the keyer's waits would move a key edge: the
+// speed reaches the file when the transmission ends.
+TEST_F(MacroFixture, ASpeedWordWhileSendingIsStoredWhenTheTransmissionEnds) {
+  Start({{"WPM", "20"}, {"Slow Typing", "OFF"}});
+  std::string storedWhileSending;
+  bool sending = false;
+  At(100, [this] { keyer.mMacros.QueueMacro("$cwspeedup$"); });
+  At(300, [this, &storedWhileSending, &sending] {
+    sending = cw.Transmitting;
+    storedWhileSending = StoredSetting("frmVantrel Settings", "WPM");
+  });
+  At(0, [this] { Type("TEST"); });
+  Run();
+  EXPECT_TRUE(sending);
+  EXPECT_EQ(storedWhileSending, "20");
+  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_EQ(StoredSetting("frmVantrel Settings", "WPM"), "21");
+}
+
 TEST_F(MacroFixture, SpeedWordsOnAChipGoToItUnlessThePotRules) {
   StartWithLogger({{"WinKey Speed", "15"}});
   p.mnuWinKey.SetChecked(true);

@@ -37,8 +37,8 @@ class IniProfileFileTest : public ::testing::Test {
   std::string Get(const std::string& section, const std::string& key, int size = 256) {
     return ini_.GetPrivateProfileString(section, key, kMissing, size, path_);
   }
-  void Write(const std::string& section, const std::string& key, const std::string& value) {
-    ini_.WritePrivateProfileString(section, key, value, path_);
+  bool Write(const std::string& section, const std::string& key, const std::string& value) {
+    return ini_.WritePrivateProfileString(section, key, value, path_);
   }
 
   IniProfileFile ini_;
@@ -157,9 +157,9 @@ TEST_F(IniProfileFileTest, WriteIntoReadOnlyDirectoryLeavesNoTraceAndNoDamage) {
   ASSERT_GE(child, 0);
   if (child == 0) {
     if (::geteuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(2);
-    Write("S", "K", "2");
+    const bool written = Write("S", "K", "2");
     const bool copied = ini_.CopyFile(path_, dir_ + "/copy.ini");
-    ::_exit(copied ? 3 : 0);
+    ::_exit(written ? 4 : copied ? 3 : 0);
   }
   int status = 0;
   ASSERT_EQ(::waitpid(child, &status, 0), child);
@@ -167,6 +167,41 @@ TEST_F(IniProfileFileTest, WriteIntoReadOnlyDirectoryLeavesNoTraceAndNoDamage) {
   ASSERT_EQ(WEXITSTATUS(status), 0);
   ASSERT_EQ(::chmod(dir_.c_str(), 0700), 0);
   EXPECT_EQ(Contents(), "[S]\nK=1\n");
+  EXPECT_EQ(Names(), std::vector<std::string>{"vantrel.ini"});
+}
+
+// As an editor leaves a file: a byte order mark before the first section, a
+// last line ended by a lone carriage return, quotes around a value.
+TEST_F(IniProfileFileTest, EditorLeftoversReadAndSurviveTheNextWrite) {
+  const std::string mark = "\xEF\xBB\xBF";
+  Put(mark + "[FrmVantrel Settings]\r\nWPM=25\r\nCall=\"W1AW\"\r\nOdd=\"x\r\nKeying=MOX\r");
+  EXPECT_EQ(Get(kSection, "WPM"), "25");
+  EXPECT_EQ(Get(kSection, "Call"), "W1AW");
+  EXPECT_EQ(Get(kSection, "Odd"), "\"x");
+  EXPECT_EQ(Get(kSection, "Keying"), "MOX");
+
+  EXPECT_TRUE(Write(kSection, "WPM", "30"));
+  EXPECT_TRUE(Write(kSection, "Port", "Serial"));
+  EXPECT_EQ(Contents(), mark + "[FrmVantrel Settings]\r\nWPM=30\r\nCall=\"W1AW\"\r\nOdd=\"x\r\n"
+                                "Keying=MOX\r\nPort=Serial\r\n");
+  EXPECT_EQ(Get(kSection, "Keying"), "MOX");
+  EXPECT_EQ(Get(kSection, "Port"), "Serial");
+
+  // A line that an older writer ended with a doubled return still reads.
+  Put("[S]\nK=1\r\r\n");
+  EXPECT_EQ(Get("S", "K"), "1");
+}
+
+// A FIFO would block the first read for ever; nothing but a regular file is
+// read or replaced.
+TEST_F(IniProfileFileTest, NoRegularFileIsNeitherReadNorReplaced) {
+  ASSERT_EQ(::mkfifo(path_.c_str(), 0600), 0);
+  EXPECT_EQ(Get(kSection, "WPM"), kMissing);
+  EXPECT_FALSE(Write(kSection, "WPM", "25"));
+  EXPECT_FALSE(ini_.CopyFile(path_, dir_ + "/copy.ini"));
+  struct stat info {};
+  ASSERT_EQ(::stat(path_.c_str(), &info), 0);
+  EXPECT_TRUE(S_ISFIFO(info.st_mode));
   EXPECT_EQ(Names(), std::vector<std::string>{"vantrel.ini"});
 }
 
@@ -272,9 +307,9 @@ class ProfileFileTest : public ::testing::Test {
                   const std::string& fallback = kMissing, const std::string& name = "Vantrel.INI") {
     return files_.file.GetPrivateProfileString(section, key, fallback, size, Path(name));
   }
-  void Put(const std::string& section, const std::string& key, const std::string& value,
+  bool Put(const std::string& section, const std::string& key, const std::string& value,
            const std::string& name = "Vantrel.INI") {
-    files_.file.WritePrivateProfileString(section, key, value, Path(name));
+    return files_.file.WritePrivateProfileString(section, key, value, Path(name));
   }
   std::string Path(const std::string& name) const { return files_.Path(name); }
   bool Exists(const std::string& name) { return files_.file.FileExists(Path(name)); }
@@ -311,6 +346,18 @@ TYPED_TEST(ProfileFileTest, ValuesLoseSurroundingBlanksThenAreCutToOneLessThanTh
   EXPECT_EQ(this->Get("Main", "Text", 7), "AB  CD");
   EXPECT_EQ(this->Get("Main", "Text", 1), "");
   EXPECT_EQ(this->Get("Main", "Missing", 3, "  12345 "), "12");  // the fallback too
+}
+
+// What a hand edit puts in quotes loses one pair; what the keyer writes comes
+// back as it was, quotes and all.
+TYPED_TEST(ProfileFileTest, EveryWrittenValueReadsBackAsWritten) {
+  for (const std::string value : {"\"25\"", "\"\"", "\"", "\"a\" and \"b\"", "x\"", "\"\"x\"\"", "plain"}) {
+    EXPECT_TRUE(this->Put("Main", "K", value));
+    EXPECT_EQ(this->Get("Main", "K"), value);
+  }
+  EXPECT_TRUE(this->Put("Main", "K", "  \"q\"\t"));
+  EXPECT_EQ(this->Get("Main", "K"), "\"q\"");  // blanks go as they always do
+  EXPECT_EQ(this->Get("Main", "K", 3), "\"q");
 }
 
 TYPED_TEST(ProfileFileTest, FilesStayApartAndComeIntoBeingOnFirstWrite) {

@@ -83,8 +83,12 @@ TEST_F(MacroEditorWindowTest, OkRefuses3001CharactersWithTheCountAndTakes3000OnT
   ASSERT_NE(macroSetup.dialog(), nullptr);
   EXPECT_EQ(Stored("Macro #3"), "");
 
+  // Stored, with word that a start reads back only its first 1999 characters.
   text.setPlainText(QString(1500, 'A') + "\n" + QString(1499, 'B'));
+  AnswerTheNextBox();
   Click("Hbutton5");
+  EXPECT_TRUE(said.startsWith("Macro too long to read back: This macro is 3000 characters long."))
+      << said.toStdString();
   EXPECT_EQ(macroSetup.dialog(), nullptr);
   EXPECT_EQ(Stored("Macro #3"), std::string(1500, 'A') + "~" + std::string(1499, 'B'));
   EXPECT_EQ(keyer->macros.MacroTexts[3], std::string(1500, 'A') + "\r\n" + std::string(1499, 'B'));

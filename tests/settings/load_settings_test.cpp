@@ -272,7 +272,7 @@ TEST_F(LoadSettingsTest, MacroKeysCarryTheirNumberAndShowOnTheirButton) {
 }
 
 TEST_F(LoadSettingsTest, OutOfRangeHeightStopsTheLoadThere) {
-  Load({{"Top", "100"}, {"Height", "40000"}, {"Width", "3000"}, {"Keyer to Use", "WinKey"},
+  Load({{"Top", "100"}, {"Height", "3000000000"}, {"Width", "3000"}, {"Keyer to Use", "WinKey"},
         {"Macro Caption #1", "CQ"}, {"WinKey Tone", "800"}});
   EXPECT_EQ(p.frmVantrel.Top(), 100);  // before the bad key: applied
   // After it: the window's design size, not the file's or the defaults.
@@ -306,7 +306,7 @@ TEST_P(BadValue, StopsTheLoadAtItsKey) {
 
 INSTANTIATE_TEST_SUITE_P(
     Forms, BadValue,
-    ::testing::Values(BadCase{"On Top", "yes"}, BadCase{"Insert Key", "70000"}, BadCase{"Width", "-32769"},
+    ::testing::Values(BadCase{"On Top", "yes"}, BadCase{"Insert Key", "70000"}, BadCase{"Width", "-2147483649"},
                       BadCase{"Parallel Port Address", "0x378"}, BadCase{"PTT Delay", "3000000000"},
                       BadCase{"Frequency", "700 Hz"}, BadCase{"WPM", "1e10"}, BadCase{"Macro Fontsize #36", "big"},
                       BadCase{"Macro Fontbold #5", ""}, BadCase{"WinKey Hold Radio Polling", "maybe"}));

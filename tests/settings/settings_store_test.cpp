@@ -75,6 +75,36 @@ class SettingsStoreTest : public ::testing::Test {
   const std::string dir_ = folder_.path();
 };
 
+// A transmission holds writes: they reach the file when it ends, in the order
+// first made and with the latest value, and reads see them meanwhile.
+TEST_F(SettingsStoreTest, HeldWritesAreReadAtOnceAndWrittenOnRelease) {
+  SettingsStore& store = Start();
+  const std::string before = Contents("Vantrel.INI");
+  store.HoldWrites(true);
+  EXPECT_TRUE(store.WriteSetting(kMainSection, "WPM", "21"));
+  EXPECT_TRUE(store.WriteSetting(kKeyerSection, "WinKey Speed", "30"));
+  EXPECT_TRUE(store.WriteSetting(kMainSection, "wpm", "  22 "));
+  EXPECT_EQ(Contents("Vantrel.INI"), before);
+  store.SettingsSection = kMainSectionRead;
+  EXPECT_EQ(store.ReadSetting("WPM", "20"), "22");
+  EXPECT_EQ(store.ReadSetting("WinKey Speed", "15"), "15");  // another section's key
+
+  // A write that must be told at once goes through, and no held value undoes it.
+  EXPECT_TRUE(store.WriteSettingNow(kMainSection, "Macro #1", "CQ"));
+  EXPECT_TRUE(store.WriteSettingNow(kKeyerSection, "WinKey Speed", "31"));
+  EXPECT_NE(Contents("Vantrel.INI").find("Macro #1=CQ"), std::string::npos);
+
+  store.HoldWrites(false);
+  const std::string after = Contents("Vantrel.INI");
+  EXPECT_NE(after.find("WPM=  22"), std::string::npos);
+  EXPECT_NE(after.find("WinKey Speed=31"), std::string::npos);
+  EXPECT_EQ(after.find("WPM=21"), std::string::npos);
+  store.HoldWrites(false);  // a second release writes nothing again
+  EXPECT_EQ(Contents("Vantrel.INI"), after);
+  EXPECT_TRUE(store.WriteSetting(kMainSection, "WPM", "23"));  // no hold: at once
+  EXPECT_NE(Contents("Vantrel.INI").find("WPM=23"), std::string::npos);
+}
+
 TEST_F(SettingsStoreTest, FirstStartMakesAFileHoldingOnlyTheStamp) {
   SettingsStore& store = Start();
   EXPECT_EQ(store.SettingsFilePath, dir_ + "/Vantrel.INI");

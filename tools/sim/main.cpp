@@ -4,10 +4,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <string>
 
+#include "platform/linux/profile_claim.h"
 #include "runner.h"
 #include "script.h"
+#include "settings/settings_store.h"
 
 namespace {
 
@@ -96,6 +99,17 @@ int main(int argc, char** argv) {
   if (!scriptPath) Fail("no script given");
   if (options.directory && !std::filesystem::is_directory(*options.directory)) {
     Fail("--dir " + *options.directory + " is not a folder");
+  }
+  // A run on a folder's settings file is a keyer like any other on that profile.
+  std::optional<vantrel::platform::linuxos::ProfileClaim> claim;
+  if (options.directory) {
+    std::string error;
+    claim = vantrel::platform::linuxos::ProfileClaim::Claim(
+        vantrel::settings::SettingsFilePathFor(*options.directory, options.profile), error);
+    if (!claim) {
+      std::cerr << "vantrel-sim: " << error << "\n";
+      return 1;
+    }
   }
 
   std::ifstream file;

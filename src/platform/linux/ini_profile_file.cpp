@@ -16,19 +16,20 @@
 namespace vantrel::platform::linuxos {
 namespace {
 
-std::string_view TrimBlanks(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// Nothing when the file is there but unreadable, so that a write never
-// replaces a file it could not read; a missing file reads as empty only
-// where the caller says so.
+// Nothing when the file is there but unreadable, or is no regular file (a
+// FIFO would block the keyer), so that a write never replaces a file it
+// could not read; a missing file reads as empty only where the caller says so.
 std::optional<std::string> ReadWhole(const std::string& path, bool missingIsEmpty = true) {
-  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) {
     if (errno == ENOENT && missingIsEmpty) return std::string();
+    return std::nullopt;
+  }
+  if (struct stat info {}; ::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+    ::close(fd);
+    errno = EINVAL;
     return std::nullopt;
   }
   std::string text;
@@ -49,25 +50,40 @@ std::optional<std::string> ReadWhole(const std::string& path, bool missingIsEmpt
 
 struct Line {
   std::string text;  // with its line end, as it stands in the file
+  // Every carriage return before the end goes with it: a last line ended by a
+  // lone one, or one that an older writer doubled, still reads.
   std::string_view Body() const {
     std::string_view body = text;
     if (!body.empty() && body.back() == '\n') body.remove_suffix(1);
-    if (!body.empty() && body.back() == '\r') body.remove_suffix(1);
+    while (!body.empty() && body.back() == '\r') body.remove_suffix(1);
     return body;
   }
   bool Ended() const { return !text.empty() && text.back() == '\n'; }
+  void End(const std::string& eol) {
+    text.resize(Body().size());
+    text += eol;
+  }
 };
 
-std::vector<Line> SplitLines(const std::string& text) {
+// The file's lines; a UTF-8 byte order mark, as editors leave it, stands apart
+// so that the first section is found and the mark is written back.
+struct IniText {
+  std::string mark;
   std::vector<Line> lines;
-  size_t start = 0;
+};
+
+IniText SplitLines(const std::string& text) {
+  IniText ini;
+  if (text.starts_with(kByteOrderMark)) ini.mark = kByteOrderMark;
+  std::vector<Line>& lines = ini.lines;
+  size_t start = ini.mark.size();
   while (start < text.size()) {
     const size_t end = text.find('\n', start);
     const size_t next = end == std::string::npos ? text.size() : end + 1;
     lines.push_back(Line{text.substr(start, next - start)});
     start = next;
   }
-  return lines;
+  return ini;
 }
 
 enum class Kind { kOther, kBlank, kSection, kKey };
@@ -75,13 +91,13 @@ enum class Kind { kOther, kBlank, kSection, kKey };
 struct Parsed {
   Kind kind = Kind::kOther;
   std::string_view name;   // section or key name, trimmed
-  std::string_view value;  // trimmed
+  std::string_view value;  // as it stands in the file
   size_t afterEquals = 0;  // offset into the body just past '='
 };
 
 Parsed Parse(std::string_view body) {
   Parsed parsed;
-  const std::string_view trimmed = TrimBlanks(body);
+  const std::string_view trimmed = TrimProfileBlanks(body);
   if (trimmed.empty()) {
     parsed.kind = Kind::kBlank;
   } else if (trimmed.front() == ';') {
@@ -91,11 +107,11 @@ Parsed Parse(std::string_view body) {
     std::string_view name = trimmed.substr(1);
     name = name.substr(0, name.find(']'));
     parsed.kind = Kind::kSection;
-    parsed.name = TrimBlanks(name);
+    parsed.name = TrimProfileBlanks(name);
   } else if (const size_t equals = body.find('='); equals != std::string_view::npos) {
     parsed.kind = Kind::kKey;
-    parsed.name = TrimBlanks(body.substr(0, equals));
-    parsed.value = TrimBlanks(body.substr(equals + 1));
+    parsed.name = TrimProfileBlanks(body.substr(0, equals));
+    parsed.value = body.substr(equals + 1);
     parsed.afterEquals = equals + 1;
   }
   return parsed;
@@ -150,12 +166,11 @@ bool WriteAll(int fd, const std::string& text) {
 bool ReplaceFile(const std::string& path, const std::string& text, mode_t newMode) {
   const size_t slash = path.rfind('/');
   const std::string dir = slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
-  const std::string base = slash == std::string::npos ? path : path.substr(slash + 1);
 
   struct stat existing {};
   const mode_t mode = ::stat(path.c_str(), &existing) == 0 ? (existing.st_mode & 07777) : newMode;
 
-  std::string temp = dir + "/." + base + ".XXXXXX";
+  std::string temp = TemporaryPrefix(path) + std::string(kTemporaryUniqueLength, 'X');
   const int fd = ::mkostemp(temp.data(), O_CLOEXEC);
   if (fd < 0) return false;
   bool ok = ::fchmod(fd, mode) == 0 && WriteAll(fd, text) && ::fsync(fd) == 0;
@@ -181,29 +196,36 @@ std::string ThroughLinks(const std::string& path) {
 
 }  // namespace
 
+std::string TemporaryPrefix(const std::string& file) {
+  const size_t slash = file.rfind('/');
+  if (slash == std::string::npos) return "." + file + ".";
+  return file.substr(0, slash + 1) + "." + file.substr(slash + 1) + ".";
+}
+
 std::string IniProfileFile::GetPrivateProfileString(const std::string& section, const std::string& key,
                                                     const std::string& fallback, int size,
                                                     const std::string& file) {
-  std::string value(TrimBlanks(fallback));
+  std::string value(TrimProfileBlanks(fallback));
   if (const std::optional<std::string> text = ReadWhole(file)) {
-    const std::vector<Line> lines = SplitLines(*text);
+    const std::vector<Line> lines = SplitLines(*text).lines;
     if (const auto span = FindSection(lines, section)) {
-      if (const auto at = FindKey(lines, *span, key)) value = std::string(Parse(lines[*at].Body()).value);
+      if (const auto at = FindKey(lines, *span, key)) value = ValueFromFile(Parse(lines[*at].Body()).value);
     }
   }
   if (size > 0 && value.size() > static_cast<size_t>(size - 1)) value.resize(static_cast<size_t>(size - 1));
   return value;
 }
 
-void IniProfileFile::WritePrivateProfileString(const std::string& section, const std::string& key,
+bool IniProfileFile::WritePrivateProfileString(const std::string& section, const std::string& key,
                                                const std::string& value, const std::string& file) {
   const std::string target = ThroughLinks(file);
   const std::optional<std::string> text = ReadWhole(target);
-  if (!text) return;
-  std::vector<Line> lines = SplitLines(*text);
+  if (!text) return false;
+  IniText ini = SplitLines(*text);
+  std::vector<Line>& lines = ini.lines;
   const std::string eol = LineEnd(lines);
   // A line break in the value would split it into lines the file never meant.
-  const std::string clean = value.substr(0, value.find_first_of("\r\n"));
+  const std::string clean = ValueForFile(value.substr(0, value.find_first_of("\r\n")));
 
   if (const auto span = FindSection(lines, section)) {
     if (const auto at = FindKey(lines, *span, key)) {
@@ -214,19 +236,19 @@ void IniProfileFile::WritePrivateProfileString(const std::string& section, const
     } else {
       size_t insert = span->end;
       while (insert > span->head + 1 && Parse(lines[insert - 1].Body()).kind == Kind::kBlank) --insert;
-      if (!lines[insert - 1].Ended()) lines[insert - 1].text += eol;
+      if (!lines[insert - 1].Ended()) lines[insert - 1].End(eol);
       lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(insert), Line{key + "=" + clean + eol});
     }
   } else {
-    if (!lines.empty() && !lines.back().Ended()) lines.back().text += eol;
+    if (!lines.empty() && !lines.back().Ended()) lines.back().End(eol);
     lines.push_back(Line{"[" + section + "]" + eol});
     lines.push_back(Line{key + "=" + clean + eol});
   }
 
-  std::string out;
+  std::string out = ini.mark;
   out.reserve(text->size() + key.size() + clean.size() + section.size() + 8);
   for (const Line& line : lines) out += line.text;
-  ReplaceFile(target, out, 0644);
+  return ReplaceFile(target, out, 0644);
 }
 
 bool IniProfileFile::FileExists(const std::string& file) {

@@ -3,16 +3,6 @@
 #include "vb/vb.h"
 
 namespace vantrel::platform::memory {
-namespace {
-
-std::string TrimBlanks(const std::string& text) {
-  const auto first = text.find_first_not_of(" \t");
-  if (first == std::string::npos) return "";
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-}  // namespace
-
 MemoryProfileFile::Section* MemoryProfileFile::Find(Sections& sections,
                                                     const std::string& section) {
   for (Section& s : sections) {
@@ -25,42 +15,51 @@ std::string MemoryProfileFile::GetPrivateProfileString(const std::string& sectio
                                                        const std::string& key,
                                                        const std::string& fallback, int size,
                                                        const std::string& file) {
-  std::string value = fallback;
+  std::string value(TrimProfileBlanks(fallback));
   const auto found = files_.find(file);
   if (const Section* s = found == files_.end() ? nullptr : Find(found->second, section)) {
     for (const auto& [name, stored] : s->entries) {
       if (vb::SameText(name, key)) {
-        value = stored;
+        value = ValueFromFile(stored);
         break;
       }
     }
   }
-  value = TrimBlanks(value);
   if (size > 0 && value.size() > static_cast<size_t>(size - 1)) value.resize(size - 1);
   return value;
 }
 
-void MemoryProfileFile::WritePrivateProfileString(const std::string& section,
+bool MemoryProfileFile::WritePrivateProfileString(const std::string& section,
                                                   const std::string& key,
                                                   const std::string& value,
                                                   const std::string& file) {
+  if (failing_.contains(file)) return false;
   Sections& sections = files_[file];
   Section* s = Find(sections, section);
   if (!s) s = &sections.emplace_back(Section{section, {}});
   for (auto& [name, stored] : s->entries) {
     if (vb::SameText(name, key)) {
-      stored = value;
-      return;
+      stored = ValueForFile(value);
+      return true;
     }
   }
-  s->entries.emplace_back(key, value);
+  s->entries.emplace_back(key, ValueForFile(value));
+  return true;
+}
+
+void MemoryProfileFile::SetWriteFails(const std::string& file, bool fails) {
+  if (fails) {
+    failing_.insert(file);
+  } else {
+    failing_.erase(file);
+  }
 }
 
 bool MemoryProfileFile::FileExists(const std::string& file) { return files_.contains(file); }
 
 bool MemoryProfileFile::CopyFile(const std::string& from, const std::string& to) {
   const auto source = files_.find(from);
-  if (source == files_.end()) return false;
+  if (source == files_.end() || failing_.contains(to)) return false;
   files_[to] = source->second;
   return true;
 }

@@ -15,11 +15,11 @@ class TracingProfileFile : public ProfileFile {
                                       const std::string& file) override {
     return files_.GetPrivateProfileString(section, key, fallback, size, file);
   }
-  void WritePrivateProfileString(const std::string& section, const std::string& key,
+  bool WritePrivateProfileString(const std::string& section, const std::string& key,
                                  const std::string& value, const std::string& file) override {
     trace_.Emit("setting " + Trace::Quote(section) + " " + Trace::Quote(key) + " " +
                 Trace::Quote(value));
-    files_.WritePrivateProfileString(section, key, value, file);
+    return files_.WritePrivateProfileString(section, key, value, file);
   }
   bool FileExists(const std::string& file) override { return files_.FileExists(file); }
   bool CopyFile(const std::string& from, const std::string& to) override {
