@@ -3,6 +3,7 @@
 #include "app/link_window.h"
 #include "app/vantrel.h"
 #include "loggerlink/logger_link.h"
+#include "platform/linux/comm_port_path.h"
 #include "platform/linux/ini_profile_file.h"
 #include "platform/linux/line_safety.h"
 #include "platform/linux/linux_link_channel.h"
@@ -30,7 +31,10 @@ constexpr const char* kMemoryDirectory = "/vantrel";
 
 // The real side of a --real-time run: the wall clock, the scheduler and the ports.
 struct RealSystem {
-  explicit RealSystem(const std::string& configDir) : serial(configDir) {
+  explicit RealSystem(const std::string& configDir)
+      : parallel(platform::linuxos::kParportProcRoot,
+                 platform::linuxos::ParallelDevicePath(configDir)),
+        serial(configDir) {
     platform::linuxos::InstallLineSafety();
     serial.UseWatch(time);
   }
