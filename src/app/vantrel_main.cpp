@@ -3,8 +3,12 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <QWidget>
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -16,6 +20,7 @@
 #include "app/vantrel.h"
 #include "cwdaemon/cw_daemon.h"
 #include "loggerlink/logger_link.h"
+#include "platform/linux/comm_port_path.h"
 #include "platform/linux/ini_profile_file.h"
 #include "platform/linux/line_safety.h"
 #include "platform/linux/linux_link_channel.h"
@@ -41,6 +46,10 @@ namespace linuxos = vantrel::platform::linuxos;
 constexpr int kScreenshotDelayMs = 500;
 // How often a message box is looked for while a screenshot is being taken.
 constexpr int kDismissEveryMs = 50;
+// What a termination signal leaves the shutdown, and how often the close is
+// asked again meanwhile.
+constexpr unsigned kCloseBoundSeconds = 5;
+constexpr int kCloseRetryMs = 100;
 
 // The profile's settings file for this keyer alone, or the reason on standard
 // error and in a box.
@@ -54,6 +63,28 @@ std::optional<linuxos::ProfileClaim> ClaimProfile(const std::string& configDir,
     QMessageBox::critical(nullptr, "Vantrel", QString::fromStdString(error));
   }
   return claim;
+}
+
+// SIGTERM, SIGINT and SIGHUP (a desktop logout) close the window as the
+// operator does, so that the whole shutdown runs. The first close during a
+// transmission only stops it, so the close is asked again until it holds.
+void CloseOnSignals(QWidget& window) {
+  int fds[2];
+  if (::pipe2(fds, O_CLOEXEC | O_NONBLOCK) != 0) return;  // the signals then end it at once
+  auto* notifier = new QSocketNotifier(fds[0], QSocketNotifier::Read, &window);
+  auto* retry = new QTimer(&window);
+  retry->setInterval(kCloseRetryMs);
+  QObject::connect(retry, &QTimer::timeout, &window, [&window] { window.close(); });
+  const int readEnd = fds[0];
+  QObject::connect(notifier, &QSocketNotifier::activated, &window, [=, &window] {
+    char bytes[16];
+    while (::read(readEnd, bytes, sizeof bytes) > 0) {
+    }
+    notifier->setEnabled(false);
+    retry->start();
+    window.close();
+  });
+  linuxos::RequestCloseOnSignals(fds[1], kCloseBoundSeconds);
 }
 
 }  // namespace
@@ -106,7 +137,8 @@ int main(int argc, char** argv) {
 
   vantrel::platform::qt::FrmVantrelWindow window;
   linuxos::LinuxScheduler scheduler{linuxos::WaitMode::Sleep};
-  linuxos::PpdevParallelPort parallel;
+  linuxos::PpdevParallelPort parallel{linuxos::kParportProcRoot,
+                                     linuxos::ParallelDevicePath(configDir)};
   vantrel::platform::qt::QtDescriptorWatch watch;
   linuxos::TermiosSerialPort cwControl(configDir);
   cwControl.UseWatch(watch);
@@ -141,6 +173,7 @@ int main(int argc, char** argv) {
 
   keyer.form.Form_Load();
   window.widget().show();
+  CloseOnSignals(window.widget());
 
   // Loggers key it as they key cwdaemon. It listens from inside the event
   // loop, so that a message box about a taken port goes with the window.

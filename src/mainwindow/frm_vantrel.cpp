@@ -43,10 +43,11 @@ FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
   c_.cmbPrevious.OnClick([this] { cmbPrevious_Click(); });
   c_.sBar.OnClick([this](int16_t button) { StepSpeedFromPanel(button); });
   c_.Timer1.SetInterval(kPollInterval);
-  // A port that fails under a transmission ends it as a close request does;
-  // the report is then text like any other.
+  // A port that fails or is reopened under a transmission ends it as a close
+  // request does; the report is then text like any other.
   lines_.OnPortLost([this](const std::string& report) {
     core_.StopTransmission();
+    cw_.TuneActive = false;
     c_.CWTextBox.SetText(report);
   });
 }
@@ -161,7 +162,10 @@ void FrmVantrel::Form_Unload() {
   sidetone_.ReleaseSidetone();
 }
 
-void FrmVantrel::Timer1_Timer() { p_.link.PollLink(); }
+void FrmVantrel::Timer1_Timer() {
+  p_.link.PollLink();
+  winkey_.WatchWinKeySilence();
+}
 
 void FrmVantrel::mnuDedicatedSerialPort_Click() {
   platform::SerialPort& port = p_.cwControl;

@@ -22,6 +22,12 @@ class LinkChannel : public PortDevice {
   virtual void PostMessage(Handle window, int32_t message, int32_t wParam, int32_t lParam) = 0;
   // Returns when the logger has handled it; goes nowhere if `window` is 0.
   virtual int32_t SendMessage(Handle window, int32_t message, int32_t wParam, int32_t lParam) = 0;
+  // The two requests (key up, PTT off) that put the logger's lines at rest
+  // on the shared serial route: the channel sends them on every way out of
+  // the process as well, a fatal signal's included. A `window` of 0 clears
+  // them. A stop in between leaves an error at the next send, as a port's
+  // next line change does.
+  virtual void SetRestRequests(Handle window, int32_t message, int32_t keyUp, int32_t pttOff) = 0;
   virtual Handle OpenFileMapping(const std::string& name) = 0;
   virtual Handle MapViewOfFile(Handle mapping) = 0;
   virtual void UnmapViewOfFile(Handle view) = 0;

@@ -57,6 +57,8 @@ class WinKeyLink {
   virtual void CloseWinKeyHost() = 0;
   // The chip's key output to the radio the logger has made active.
   virtual void SelectWinKeyRadio() = 0;
+  // Looked at by the window's poll timer: ends a run whose chip has gone silent.
+  virtual void WatchWinKeySilence() = 0;
 };
 
 // The macros as the core and the window reach them: the loop that repeats

@@ -32,38 +32,58 @@ void KeyLineDriver::WriteControl(int16_t value) {
 }
 
 void KeyLineDriver::SharedRequest(int32_t base) {
+  // Armed before a line goes active, so that a death in the request still
+  // rests the logger; disarmed once both are idle.
+  loggerKeyDown_ = base == kKeyDown || (loggerKeyDown_ && base != kKeyUp);
+  loggerPTTOn_ = base == kPTTOn || (loggerPTTOn_ && base != kPTTOff);
+  if (loggerKeyDown_ || loggerPTTOn_) ArmLoggerRest();
   // The lParam points at a 32-bit zero: the logger reads nothing from it.
   ports_.link.SendMessage(ports_.linkState.LoggerWindow, ports_.linkState.LinkMessage,
                           base + cw_.SharedComNumber, 0);
+  ArmLoggerRest();
   // A logger that stopped answering has the key line: the transmission ends.
   CheckLine(ports_.link);
 }
 
-void KeyLineDriver::SetKeyLine(int32_t request, platform::Picture picture) {
-  if (cw_.UseParallel) {
-    WriteControl(static_cast<int16_t>(ReadControl() ^ cw_.KeyMask));
-  } else if (cw_.UseSharedSerial) {
-    SharedRequest(request);
-  } else {
-    platform::SerialPort& port = ports_.cwControl;
-    port.SetDTREnable(!port.DTREnable());
-    CheckLine(port);
-  }
-  c_.KeyBox.SetPicture(picture);
+void KeyLineDriver::ArmLoggerRest() {
+  const bool active = loggerKeyDown_ || loggerPTTOn_;
+  if (active == loggerRestArmed_) return;
+  loggerRestArmed_ = active;
+  ports_.link.SetRestRequests(active ? ports_.linkState.LoggerWindow : 0,
+                              ports_.linkState.LinkMessage, kKeyUp + cw_.SharedComNumber,
+                              kPTTOff + cw_.SharedComNumber);
 }
 
-void KeyLineDriver::KeyLineDown() { SetKeyLine(kKeyDown, platform::Picture::Green); }
-void KeyLineDriver::KeyLineUp() { SetKeyLine(kKeyUp, platform::Picture::Red); }
+void KeyLineDriver::SetKeyLine(bool down) {
+  if (!routeLost_) {
+    if (cw_.UseParallel) {
+      // The key bit is inverted by the port: clear is key down.
+      const int16_t now = ReadControl();
+      WriteControl(static_cast<int16_t>(down ? now & ~cw_.KeyMask : now | cw_.KeyMask));
+    } else if (cw_.UseSharedSerial) {
+      SharedRequest(down ? kKeyDown : kKeyUp);
+    } else {
+      ports_.cwControl.SetDTREnable(down);
+      CheckLine(ports_.cwControl);
+    }
+  }
+  c_.KeyBox.SetPicture(down ? platform::Picture::Green : platform::Picture::Red);
+}
+
+void KeyLineDriver::KeyLineDown() { SetKeyLine(true); }
+void KeyLineDriver::KeyLineUp() { SetKeyLine(false); }
 
 void KeyLineDriver::SetPTTLine(bool on) {
-  if (cw_.UseParallel) {
-    const int16_t now = ReadControl();
-    WriteControl(static_cast<int16_t>(on ? now | cw_.PTTMask : now & ~cw_.PTTMask));
-  } else if (cw_.UseSharedSerial) {
-    SharedRequest(on ? kPTTOn : kPTTOff);
-  } else {
-    ports_.cwControl.SetRTSEnable(on);
-    CheckLine(ports_.cwControl);
+  if (!routeLost_) {
+    if (cw_.UseParallel) {
+      const int16_t now = ReadControl();
+      WriteControl(static_cast<int16_t>(on ? now | cw_.PTTMask : now & ~cw_.PTTMask));
+    } else if (cw_.UseSharedSerial) {
+      SharedRequest(on ? kPTTOn : kPTTOff);
+    } else {
+      ports_.cwControl.SetRTSEnable(on);
+      CheckLine(ports_.cwControl);
+    }
   }
   c_.PTTBox.SetPicture(on ? platform::Picture::Green : platform::Picture::Red);
 }
@@ -71,8 +91,36 @@ void KeyLineDriver::SetPTTLine(bool on) {
 void KeyLineDriver::PTTLineOn() { SetPTTLine(true); }
 void KeyLineDriver::PTTLineOff() { SetPTTLine(false); }
 
+void KeyLineDriver::RestLines() {
+  if (openRoute_ == Route::Parallel) {
+    const int16_t now = ReadControl();
+    ports_.parallel.Out32(static_cast<int16_t>(cw_.ControlPortAddress),
+                          static_cast<int16_t>((now | cw_.KeyMask) & ~cw_.PTTMask));
+  } else if (openRoute_ == Route::SharedSerial) {
+    // Asked even of a logger that stopped answering: it may yet act on them.
+    for (const int32_t request : {kKeyUp, kPTTOff}) {
+      ports_.link.SendMessage(ports_.linkState.LoggerWindow, ports_.linkState.LinkMessage,
+                              request + cw_.SharedComNumber, 0);
+    }
+    ports_.link.ClearError();
+    loggerKeyDown_ = false;
+    loggerPTTOn_ = false;
+    ArmLoggerRest();
+  } else if (openRoute_ == Route::DedicatedSerial) {
+    ports_.cwControl.SetDTREnable(false);
+    ports_.cwControl.SetRTSEnable(false);
+  }
+  // PTT's box goes red with the end of the transmission, as its line would.
+  c_.KeyBox.SetPicture(platform::Picture::Red);
+}
+
 void KeyLineDriver::OpenKeyerPort() {
-  portLost_ = false;
+  // The transmission in hand was keyed on the port about to change.
+  if (cw_.Transmitting && !routeLost_) AbandonTransmission("");
+  routeLost_ = false;
+  openRoute_ = cw_.UseParallel       ? Route::Parallel
+               : cw_.UseSharedSerial ? Route::SharedSerial
+                                     : Route::DedicatedSerial;
   platform::SerialPort& port = ports_.cwControl;
   if (port.PortOpen()) port.SetPortOpen(false);
   if (cw_.UseParallel) {
@@ -123,8 +171,16 @@ void KeyLineDriver::CheckLine(platform::PortDevice& port) {
   // port, which must not come back here.
   const std::string reason = port.Error();
   port.ClearError();
-  portLost_ = true;
-  if (onPortLost_) onPortLost_(std::string(kPortErrorPrefix) + reason);
+  AbandonTransmission(std::string(kPortErrorPrefix) + reason);
+}
+
+void KeyLineDriver::AbandonTransmission(const std::string& report) {
+  RestLines();
+  routeLost_ = true;
+  // Outside a send loop (Tune) nobody would take the mark, and a later loop
+  // would take it for its own.
+  portLost_ = cw_.InSendLoop;
+  if (onPortLost_) onPortLost_(report);
 }
 
 }  // namespace vantrel::sending

@@ -33,19 +33,19 @@ class KeyLineDriver {
   KeyLineDriver(CwState& cw, platform::MainWindowControls& controls, LinePorts ports)
       : cw_(cw), c_(controls), ports_(ports) {}
 
-  // What ends a transmission, and shows `report`, when its port fails under it.
+  // What ends a transmission, and shows `report`, when its port fails under
+  // it or is opened afresh (then `report` is empty).
   void OnPortLost(std::function<void(const std::string& report)> handler) {
     onPortLost_ = std::move(handler);
   }
-  // True once after a port failed under a transmission, which has been
-  // stopped there: the send loop then has nothing left to end of it.
+  // True once after a port failed under a send loop, which has been stopped
+  // there: the loop then has nothing left to end of it.
   bool TakePortLost() { return std::exchange(portLost_, false); }
 
-  // Down and up toggle the line on the parallel and dedicated routes, so
-  // callers pair them from the idle state that OpenKeyerPort sets.
+  // All four set a level, so that a line never depends on the calls before
+  // it: a port reopened between a down and its up cannot invert the key.
   void KeyLineDown();
   void KeyLineUp();
-  // These set a level, so repeating one leaves the line where it is.
   void PTTLineOn();
   void PTTLineOff();
 
@@ -55,20 +55,37 @@ class KeyLineDriver {
   void ReportPortError();
 
  private:
-  void SetKeyLine(int32_t request, platform::Picture picture);
+  void SetKeyLine(bool down);
   void SetPTTLine(bool on);
+  // Both lines idle on the route last opened, even a failed one: Apply has
+  // changed the settings to the next route before it opens it.
+  void RestLines();
   void SharedRequest(int32_t base);
+  // Hands the channel the logger's rest while one of its lines is active.
+  void ArmLoggerRest();
   void ShowPortError(platform::PortDevice& port);
   // A line change that failed on an open port: the port is gone mid-sending.
   void CheckLine(platform::PortDevice& port);
+  // Ends the transmission on the port: lines idle, nothing more sent to them
+  // until the port is opened again.
+  void AbandonTransmission(const std::string& report);
   int16_t ReadControl();
   void WriteControl(int16_t value);
 
   CwState& cw_;
   platform::MainWindowControls& c_;
   LinePorts ports_;
+  enum class Route { None, Parallel, SharedSerial, DedicatedSerial };
+  Route openRoute_ = Route::None;
   std::function<void(const std::string&)> onPortLost_;
   bool portLost_ = false;
+  // A failed route stays quiet: the report that ends its transmission is
+  // text like any other, and keying it on the same route would fail again.
+  bool routeLost_ = false;
+  // The logger's lines as last requested, and whether its rest is armed.
+  bool loggerKeyDown_ = false;
+  bool loggerPTTOn_ = false;
+  bool loggerRestArmed_ = false;
 };
 
 }  // namespace vantrel::sending

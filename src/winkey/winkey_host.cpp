@@ -193,6 +193,7 @@ void WinKeyHost::StartWinKeyRun() {
   cw.SavedWPM = cw.WPM;
   if (!n_.settings.WinKeyAnalogSpeed) Command(wire::kSpeed, cw.WPM);
   cw.Transmitting = true;
+  lastHeard_ = n_.scheduler.QueryPerformanceCounter();
   s_.WinKeyPosition = 1;
   if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::kPostHoldRadioPolling, 1);
   int16_t position = 1;
@@ -204,6 +205,7 @@ void WinKeyHost::StartWinKeyRun() {
 void WinKeyHost::WinKeyReceive() {
   platform::SerialPort& port = n_.port;
   const bool wasOpen = port.PortOpen();
+  lastHeard_ = n_.scheduler.QueryPerformanceCounter();
   for (const char byte : port.Input()) Receive(static_cast<uint8_t>(byte));
   if (wasOpen && !port.PortOpen() && n_.core.WinKeyRoute()) PortLost();
 }
@@ -264,6 +266,24 @@ void WinKeyHost::WinKeyStep() {
     }
   }
   if (!cw.Transmitting) n_.macroLoop.ArmMacroLoop();
+}
+
+// The operator's paddle may hold the chip as long as it likes.
+void WinKeyHost::WatchWinKeySilence() {
+  sending::CwState& cw = n_.cw;
+  if (!cw.Transmitting || s_.PaddleBreakIn || !n_.core.WinKeyRoute()) return;
+  platform::Scheduler& clock = n_.scheduler;
+  const int64_t silent = clock.QueryPerformanceCounter() - lastHeard_;
+  if (silent < int64_t{kSilenceMs} * clock.QueryPerformanceFrequency() / 1000) return;
+  // Clear Buffer stops what the chip still holds and unkeys, should it hear.
+  WriteWinKey(Bytes({wire::kClearBuffer}));
+  // Said while the run still counts as running, so the words are not sent.
+  c_.CWTextBox.SetText("WinKey did not answer for " + std::to_string(kSilenceMs / 1000) +
+                       " s: sending stopped");
+  cw.Transmitting = false;
+  s_.WinKeyPosition = 1;
+  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::kPostHoldRadioPolling, 0);
+  n_.core.EnableIdleControls();
 }
 
 void WinKeyHost::Command(uint8_t command, int value) {

@@ -50,6 +50,10 @@ class WinKeyHost : public platform::WinKeyLink {
   // one back, 9 ms each); a USB adapter may add two 16 ms latency timers.
   // Half a second is ample and holds the window no longer than a blink.
   static constexpr int kReplyWaitMs = 500;
+  // A chip in a run echoes each character as it sends it; the longest one,
+  // at the chip's slowest 5 WPM, takes under six seconds. Ten seconds
+  // without a byte is a chip that stopped answering.
+  static constexpr int kSilenceMs = 10000;
 
   WinKeyHost(WinKeyState& state, WinKeyNeighbours neighbours);
 
@@ -68,6 +72,7 @@ class WinKeyHost : public platform::WinKeyLink {
   void CloseWinKeyHost() override;
   void UploadWinKeySettings();
   void SelectWinKeyRadio() override;
+  void WatchWinKeySilence() override;
 
   void StartWinKeyRun() override;
   // The port's notification: each byte that came in is handled in turn.
@@ -87,6 +92,8 @@ class WinKeyHost : public platform::WinKeyLink {
   WinKeyNeighbours n_;
   platform::MainWindowControls& c_;
   std::function<void(const std::string&)> onWrite_;
+  // Performance counter at the start of the run or its chip's last byte.
+  int64_t lastHeard_ = 0;
 };
 
 }  // namespace vantrel::winkey

@@ -242,28 +242,49 @@ TEST_F(LinkLogic, EscFromTheLoggerAbortsBetweenTwoCharacters) {
   EXPECT_EQ(LoggerReads(LinkSlot::LinkControl), "");
 }
 
-TEST_F(LinkLogic, SharedSerialLoggerThatStopsAnsweringIsReportedOnce) {
+TEST_F(LinkLogic, SharedSerialLoggerThatStopsAnsweringIsToldToRestAndLeftAlone) {
   Start({{"Port to Use", "Shared Serial"}, {"Dedicated Serial Port", "Comm3"}, {"PTT", "ON"},
          {"Slow Typing", "OFF"}});
   p.linkChannel.answering = false;
   At(0, [&] { p.CWTextBox.SetText("TEST"); });
+  // A slow logger's late answer arrives while the report is in the box.
+  At(300, [&] { p.linkChannel.answering = true; });
   Run();
-  const auto sends = EventsStartingWith({"send"});
-  ASSERT_GE(sends.size(), 2u);
-  EXPECT_EQ(sends[0], "send 503 0");
-  EXPECT_EQ(sends[1], "send 603 0");
-  // The report is text like any other and goes out; it fails no more.
+  // Key up and PTT off are asked for, and the report is not keyed on the
+  // route that failed, however the logger answers meanwhile.
+  EXPECT_THAT(EventsStartingWith({"send"}), ElementsAre("send 503 0", "send 303 0", "send 603 0"));
   EXPECT_THAT(EventsStartingWith({"text \"CW Port"}),
               ElementsAre("text \"CW Port error : the logger did not answer\""));
   EXPECT_FALSE(keyer.cw.Transmitting);
 
-  // Answering again, the logger has the line back.
-  p.linkChannel.answering = true;
+  // Opened afresh, the route has the line back.
+  keyer.lines.OpenKeyerPort();
   p.trace.Clear();
-  At(1000, [&] { p.CWTextBox.SetText("T"); });
+  At(2000, [&] { p.CWTextBox.SetText("T"); });
   Run();
   EXPECT_THAT(EventsStartingWith({"send"}),
               ElementsAre("send 503 0", "send 403 0", "send 303 0", "send 603 0"));
+}
+
+TEST_F(LinkLogic, SharedSerialLeavesTheLoggersRestToTheChannelWhileALineIsActive) {
+  Start({{"Port to Use", "Shared Serial"}, {"Dedicated Serial Port", "Comm3"}, {"PTT", "ON"},
+         {"Slow Typing", "OFF"}});
+  const std::pair<int32_t, int32_t> rest{303, 603}, none{};
+  EXPECT_EQ(p.linkChannel.restRequests, none);
+  At(0, [&] { p.CWTextBox.SetText("E"); });
+  At(10, [&] { EXPECT_EQ(p.linkChannel.restRequests, rest); });
+  Run();
+  EXPECT_EQ(p.linkChannel.restRequests, none);
+}
+
+TEST_F(LinkLogic, SharedSerialLoggerLostOnAKeyDownIsToldKeyUpFirst) {
+  Start({{"Port to Use", "Shared Serial"}, {"Dedicated Serial Port", "Comm2"}, {"PTT", "OFF"},
+         {"Slow Typing", "OFF"}});
+  At(0, [&] { p.linkChannel.answering = false; });
+  At(0, [&] { p.CWTextBox.SetText("EEE"); });
+  Run();
+  EXPECT_THAT(EventsStartingWith({"send"}), ElementsAre("send 402 0", "send 302 0", "send 602 0"));
+  EXPECT_EQ(p.KeyBox.Shown(), platform::Picture::Red);
 }
 
 }  // namespace

@@ -2,15 +2,21 @@
 // logger which reads nothing unless told.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "logger_process.h"
+#include "platform/linux/line_safety.h"
 #include "platform/linux/link_protocol.h"
 #include "platform/linux/linux_link_channel.h"
 #include "support/temp_folder.h"
@@ -29,6 +35,8 @@ class StuckLogger : public ::testing::Test {
     const std::string path = folder / link::kSocketName;
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     EXPECT_EQ(::bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    // Whatever the umask: one that others may write is refused.
+    EXPECT_EQ(::chmod(path.c_str(), 0600), 0);
   }
   ~StuckLogger() override { ::close(socket_); }
 
@@ -88,6 +96,39 @@ TEST_F(StuckLogger, AnUnansweredSendWaitsItsBoundAndReportsOnceUntilAnAnswerCome
   channel.SendMessage(window, 0, 403, 0);
   EXPECT_GE(LoggerProcess::NowMs() - started, link::kAnswerTimeoutMs - 5);
   EXPECT_EQ(channel.Error(), "the logger did not answer within 200 ms");
+}
+
+// The codes of every request waiting in the queue, oldest first.
+std::vector<int32_t> Requests(int socket) {
+  std::vector<int32_t> codes;
+  unsigned char request[64];
+  while (::recv(socket, request, sizeof request, MSG_DONTWAIT) >= 4) {
+    codes.push_back(link::GetInt32(request));
+  }
+  return codes;
+}
+
+TEST_F(StuckLogger, ADyingKeyerTellsTheLoggerKeyUpAndPttOffWhileItHadThemActive) {
+  for (const bool armed : {true, false}) {
+    for (const int sig : {SIGTERM, SIGSEGV, SIGUSR1}) {
+      const pid_t child = ::fork();
+      if (child == 0) {
+        const rlimit noCore{0, 0};
+        ::setrlimit(RLIMIT_CORE, &noCore);
+        const Handle window = channel.FindWindow("Hallowick");
+        channel.SetRestRequests(window, 0, 303, 603);
+        if (!armed) channel.SetRestRequests(0, 0, 303, 603);
+        InstallLineSafety();
+        ::raise(sig);
+        ::_exit(3);
+      }
+      int status = 0;
+      ASSERT_EQ(::waitpid(child, &status, 0), child);
+      EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == sig) << status;
+      EXPECT_EQ(Requests(socket_), armed ? std::vector<int32_t>({303, 603}) : std::vector<int32_t>())
+          << "signal " << sig;
+    }
+  }
 }
 
 TEST(LinuxLinkChannel, NoFolderAndNoMemoryFindNoLogger) {

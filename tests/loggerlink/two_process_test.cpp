@@ -2,7 +2,9 @@
 // another, over the real shared memory and socket.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <memory>
@@ -10,6 +12,7 @@
 
 #include "link_fixture.h"
 #include "logger_process.h"
+#include "platform/linux/link_protocol.h"
 #include "platform/linux/linux_link_channel.h"
 #include "support/temp_folder.h"
 
@@ -117,6 +120,38 @@ TEST_F(TwoProcess, AShortMappingIsRefusedAsNoMapping) {
                                "failed, is Hallowick running?\""));
   EXPECT_THAT(log, HasSubstr("1215 bytes, fewer than 1216"));
   EXPECT_EQ(keyer.link.LinkView, 0);
+}
+
+// Whatever the logger's memory holds, the keyer's view of it must not fault.
+TEST_F(TwoProcess, MemoryThatShrinksUnderTheKeyerIsLetGoAsAVanishedLogger) {
+  StartLogger();
+  Start();
+  ASSERT_NE(keyer.link.LinkView, 0);
+  const int fd = ::shm_open(mappingName.c_str(), O_RDWR, 0);
+  ASSERT_GE(fd, 0);
+  ASSERT_EQ(::ftruncate(fd, 100), 0);
+  ::close(fd);
+  // Faulted here before: the slots lie beyond the object's end now.
+  link.PollLink();
+  p.CallsignField.SetText("W1AW");
+  link.PollLink();
+  EXPECT_EQ(p.CallsignField.Text(), "W1AW");
+  EXPECT_THAT(log, HasSubstr("shrank to 100 bytes"));
+}
+
+// Another local user must not type into the keyer or close it.
+TEST_F(TwoProcess, MemoryAndSocketThatOthersMayWriteAreRefused) {
+  StartLogger();
+  const int fd = ::shm_open(mappingName.c_str(), O_RDWR, 0);
+  ASSERT_GE(fd, 0);
+  ASSERT_EQ(::fchmod(fd, 0666), 0);
+  ::close(fd);
+  ASSERT_EQ(::chmod((folder / platform::linuxos::link::kSocketName).c_str(), 0620), 0);
+  Start();
+  EXPECT_EQ(keyer.link.LoggerWindow, 0);
+  EXPECT_EQ(keyer.link.LinkView, 0);
+  EXPECT_THAT(log, HasSubstr("others may write to it (mode 0666)"));
+  EXPECT_THAT(log, HasSubstr("others may write to it (mode 0620)"));
 }
 
 class ForeignLogger : public TwoProcess {

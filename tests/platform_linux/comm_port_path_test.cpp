@@ -34,5 +34,14 @@ TEST(CommDevicePath, LinkInConfigDirectoryWinsEvenWhenDangling) {
   EXPECT_EQ(CommDevicePath(2, dir), "/dev/ttyUSB1");
 }
 
+TEST(ParallelDevicePath, OnlyAParportEntryNamesADevice) {
+  const testing::TempFolder folder;
+  const std::string& dir = folder.path();
+  EXPECT_EQ(ParallelDevicePath(""), "");
+  EXPECT_EQ(ParallelDevicePath(dir), "");
+  ASSERT_EQ(::symlink("/dev/parport-gone", (dir + "/parport").c_str()), 0);
+  EXPECT_EQ(ParallelDevicePath(dir), dir + "/parport");
+}
+
 }  // namespace
 }  // namespace vantrel::platform::linuxos

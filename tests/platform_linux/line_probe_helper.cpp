@@ -30,7 +30,11 @@ void Mark(const char* name) {
   ::close(fd);
 }
 
-int Signal(const char* name) { return std::strcmp(name, "SEGV") == 0 ? SIGSEGV : SIGTERM; }
+// TERM, SEGV or a signal's number.
+int Signal(const char* name) {
+  if (std::strcmp(name, "SEGV") == 0) return SIGSEGV;
+  return std::strcmp(name, "TERM") == 0 ? SIGTERM : std::atoi(name);
+}
 
 int Fail(const std::string& what) {
   std::fprintf(stderr, "%s\n", what.c_str());
@@ -60,6 +64,16 @@ int Serial(const std::string& step, const char* argument) {
   Mark("keyed");
   if (step == "signal" || step == "unprotected") ::raise(Signal(argument));
   if (step == "exit") std::exit(0);
+  if (step == "stop") {
+    ::raise(SIGTSTP);
+    Mark("continued");
+    // What was keyed before the stop is gone: the next change says so.
+    port.SetDTREnable(false);
+    if (port.Error() != vantrel::platform::linuxos::kStoppedReport || port.PortOpen()) {
+      return Fail("after the stop: " + port.Error());
+    }
+    return 0;
+  }
   if (step == "fork") {
     // The child inherits the registration but must leave the lines alone.
     const pid_t child = ::fork();
@@ -78,6 +92,15 @@ int Parallel(const std::string& step, const char* argument) {
   for (const int16_t value : {11, 15, 7, 3, 7}) port.Out32(kControl, value);
   Mark("keyed");
   if (step == "signal") ::raise(Signal(argument));
+  if (step == "stop") {
+    ::raise(SIGTSTP);
+    Mark("continued");
+    port.Out32(kControl, 15);
+    if (port.Error() != vantrel::platform::linuxos::kStoppedReport) {
+      return Fail("after the stop: " + port.Error());
+    }
+    return 0;
+  }
   port.Out32(kControl, 11);
   port.Release();
   return port.Error().empty() ? 0 : Fail(port.Error());

@@ -25,10 +25,13 @@ using State = std::map<std::string, long>;
 struct Probe {
   int status = -1;
   std::vector<std::string> log;
+  // The log as it stood while the helper was stopped, if it stopped.
+  std::vector<std::string> logWhileStopped;
 
   // The lines as they stood when the first comment containing `tag` was
   // logged; at the end without one.
-  State At(const std::string& tag = "\n") const {
+  State At(const std::string& tag = "\n") const { return StateOf(log, tag); }
+  static State StateOf(const std::vector<std::string>& log, const std::string& tag = "\n") {
     State state{{"DTR", 0}, {"RTS", 0}, {"CTRL", 0x0C}};
     for (const auto& line : log) {
       if (line.rfind('#', 0) == 0) {
@@ -74,17 +77,27 @@ Probe RunHelper(const std::vector<std::string>& args) {
   cargv.push_back(nullptr);
   cenv.push_back(nullptr);
 
+  const auto readLog = [&logPath] {
+    std::vector<std::string> log;
+    std::ifstream in(logPath);
+    for (std::string line; std::getline(in, line);) log.push_back(line);
+    return log;
+  };
   Probe probe;
   const pid_t child = ::fork();
   if (child == 0) {
     const rlimit noCore{0, 0};
     ::setrlimit(RLIMIT_CORE, &noCore);
+    // A group of its own under this process: an orphaned group would not stop.
+    ::setpgid(0, 0);
     ::execve(cargv[0], cargv.data(), cenv.data());
     ::_exit(127);
   }
-  ::waitpid(child, &probe.status, 0);
-  std::ifstream in(logPath);
-  for (std::string line; std::getline(in, line);) probe.log.push_back(line);
+  while (::waitpid(child, &probe.status, WUNTRACED) == child && WIFSTOPPED(probe.status)) {
+    probe.logWhileStopped = readLog();
+    ::kill(child, SIGCONT);
+  }
+  probe.log = readLog();
   std::filesystem::remove(logPath);
   return probe;
 }
@@ -97,6 +110,10 @@ std::string Dump(const Probe& probe) {
 
 const State kRest = {{"DTR", 0}, {"RTS", 0}, {"CTRL", 0x0C}};
 const State kKeyed = {{"DTR", 1}, {"RTS", 1}, {"CTRL", 0x0C}};
+// At rest on each kind of port: the parallel one has its idle byte written.
+State RestOf(const std::string& kind) {
+  return kind == "serial" ? kRest : State{{"DTR", 0}, {"RTS", 0}, {"CTRL", 0x0B}};
+}
 
 TEST(LineProbe, SerialOpensWithLinesDownAndFollowsEnables) {
   const Probe probe = RunHelper({"serial", "lines"});
@@ -143,6 +160,36 @@ TEST(LineProbe, SerialLinesFallOnSignalAndExit) {
   const Probe bare = RunHelper({"serial", "unprotected", "TERM"});
   ASSERT_TRUE(WIFSIGNALED(bare.status));
   EXPECT_EQ(bare.At(), kKeyed) << Dump(bare);
+}
+
+// Every signal whose default ends the process, the real-time ones included.
+TEST(LineProbe, LinesFallOnEveryTerminatingSignal) {
+  for (const int sig : {SIGQUIT, SIGTRAP, SIGUSR1, SIGUSR2, SIGALRM, SIGXCPU, SIGXFSZ, SIGVTALRM,
+                        SIGPROF, SIGIO, SIGPWR, SIGSYS, SIGSTKFLT, SIGRTMIN, SIGRTMAX}) {
+    for (const char* kind : {"serial", "parallel"}) {
+      const Probe probe = RunHelper({kind, "signal", std::to_string(sig)});
+      ASSERT_TRUE(WIFSIGNALED(probe.status)) << kind << " " << sig << "\n" << Dump(probe);
+      EXPECT_EQ(WTERMSIG(probe.status), sig);
+      EXPECT_EQ(probe.At(), RestOf(kind)) << kind << " " << sig << "\n" << Dump(probe);
+    }
+  }
+  // A closed pipe is no reason to die keyed: the write fails instead.
+  const Probe piped = RunHelper({"serial", "signal", std::to_string(SIGPIPE)});
+  EXPECT_TRUE(WIFEXITED(piped.status) && WEXITSTATUS(piped.status) == 0) << Dump(piped);
+  EXPECT_EQ(piped.At(), kRest) << Dump(piped);
+}
+
+TEST(LineProbe, StopReleasesTheLinesAndTheNextChangeReportsIt) {
+  for (const char* kind : {"serial", "parallel"}) {
+    const Probe probe = RunHelper({kind, "stop"});
+    ASSERT_TRUE(WIFEXITED(probe.status) && WEXITSTATUS(probe.status) == 0) << kind << "\n"
+                                                                           << Dump(probe);
+    ASSERT_FALSE(probe.logWhileStopped.empty()) << kind << " never stopped";
+    EXPECT_EQ(Probe::StateOf(probe.logWhileStopped), RestOf(kind)) << kind << "\n"
+                                                                    << Dump(probe);
+    // Nothing keyed again after the stop.
+    EXPECT_EQ(probe.At(), RestOf(kind)) << kind << "\n" << Dump(probe);
+  }
 }
 
 TEST(LineProbe, ForkedChildLeavesTheParentsLinesAlone) {

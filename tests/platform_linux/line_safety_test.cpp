@@ -72,5 +72,28 @@ TEST(LineSafety, IgnoredSignalStaysIgnoredAndInstallTwiceIsHarmless) {
   EXPECT_EQ(WEXITSTATUS(status), 7);
 }
 
+// The window program's way: the first termination signal asks for the
+// close, a second one or the bound ends the process at once.
+TEST(LineSafety, CloseRequestThenSecondSignalOrBoundEnds) {
+  for (const bool second : {true, false}) {
+    int fds[2];
+    ASSERT_EQ(::pipe(fds), 0);
+    const int status = InChild([&] {
+      InstallLineSafety();
+      RequestCloseOnSignals(fds[1], 1);
+      ::raise(SIGHUP);
+      char byte = 0;
+      if (::read(fds[0], &byte, 1) != 1 || byte != SIGHUP) ::_exit(4);
+      if (second) ::raise(SIGINT);
+      ::pause();
+      ::_exit(5);
+    });
+    ::close(fds[0]);
+    ::close(fds[1]);
+    ASSERT_TRUE(WIFSIGNALED(status)) << second << " status " << status;
+    EXPECT_EQ(WTERMSIG(status), second ? SIGINT : SIGALRM);
+  }
+}
+
 }  // namespace
 }  // namespace vantrel::platform::linuxos

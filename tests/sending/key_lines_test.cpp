@@ -140,6 +140,73 @@ TEST_F(KeyLines, LostParallelPortReportsOnceAndComesBackWhenReopened) {
   EXPECT_FALSE(cw.Transmitting);
 }
 
+// Keyer setup's Apply opens the port again, here in the middle of the first
+// element, on the parallel route (true) or the dedicated serial one.
+class ReopenedMidElement : public KeyLines, public ::testing::WithParamInterface<bool> {
+ protected:
+  void SetUp() override {
+    const Settings settings = {{"PTT", "ON"}, {"PTT Delay", "0"}, {"Slow Typing", "OFF"}};
+    if (GetParam()) {
+      Start(settings);
+    } else {
+      StartSerial(settings);
+    }
+  }
+  // Key and PTT as the port has them now.
+  std::pair<bool, bool> KeyAndPtt() {
+    if (GetParam()) return {(LowBits() & 8) == 0, (LowBits() & 4) != 0};
+    return {p.cwControl.DTREnable(), p.cwControl.RTSEnable()};
+  }
+};
+
+TEST_P(ReopenedMidElement, EndsTheTransmissionWithBothLinesIdle) {
+  At(0, [&] { Type("EEEE"); });
+  At(10, [&] { keyer.lines.OpenKeyerPort(); });
+  Run();
+  EXPECT_EQ(KeyAndPtt(), std::make_pair(false, false));
+  EXPECT_EQ(p.KeyBox.Shown(), platform::Picture::Red);
+  EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
+  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_EQ(p.CWTextBox.Text(), "");
+  EXPECT_EQ(TimesOf("keybox green").size(), 1u);
+
+  // Tune still keys and unkeys, in that order.
+  keyer.core.mnuTune_Click();
+  EXPECT_EQ(KeyAndPtt(), std::make_pair(true, true));
+  keyer.core.mnuTune_Click();
+  EXPECT_EQ(KeyAndPtt(), std::make_pair(false, false));
+}
+
+TEST_P(ReopenedMidElement, DuringTuneLeavesTuneOff) {
+  keyer.core.mnuTune_Click();
+  keyer.lines.OpenKeyerPort();
+  EXPECT_EQ(KeyAndPtt(), std::make_pair(false, false));
+  EXPECT_FALSE(cw.TuneActive);
+  EXPECT_FALSE(cw.Transmitting);
+  keyer.core.mnuTune_Click();
+  EXPECT_EQ(KeyAndPtt(), std::make_pair(true, true));
+}
+
+TEST_F(KeyLines, ApplyOfAnotherRouteMidElementIdlesTheRouteLeft) {
+  Start({{"PTT", "ON"}, {"PTT Delay", "0"}, {"Slow Typing", "OFF"}});
+  At(0, [&] { Type("EEEE"); });
+  // As Keyer setup's Apply: the settings first, then the port.
+  At(10, [&] {
+    cw.UseParallel = false;
+    cw.DedicatedSerialPort = "Comm1";
+    keyer.lines.OpenKeyerPort();
+  });
+  Run();
+  EXPECT_EQ(LowBits(), 11);
+  EXPECT_TRUE(p.cwControl.PortOpen());
+  EXPECT_FALSE(p.cwControl.DTREnable());
+  EXPECT_FALSE(p.cwControl.RTSEnable());
+  EXPECT_FALSE(cw.Transmitting);
+}
+
+INSTANTIATE_TEST_SUITE_P(Routes, ReopenedMidElement, ::testing::Bool(),
+                         [](const auto& info) { return info.param ? "Parallel" : "Serial"; });
+
 TEST_F(KeyLines, DedicatedPortMenuClosesAndReopens) {
   StartSerial();
   keyer.form.mnuDedicatedSerialPort_Click();

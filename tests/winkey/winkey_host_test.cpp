@@ -271,6 +271,26 @@ TEST_F(WinKeyHostTest, ToTheSoftwareKeyerClosesAnOpenChipsHost) {
   EXPECT_FALSE(state.WinKeyOpen);
 }
 
+TEST_F(WinKeyHostTest, AChipThatFallsSilentInARunIsGivenUpAfterItsBound) {
+  StartWithChip("WinKey", kWinKey, {{"Slow Typing", "OFF"}});
+  At(0, [&] { Type("CQ"); });
+  At(1, [&] { Wire(); });
+  // Each byte from the chip starts the bound again.
+  At(6000, [&] { FromChip("\x43"); });
+  At(6000 + WinKeyHost::kSilenceMs - 300, [&] { EXPECT_TRUE(cw.Transmitting); });
+  At(6000 + WinKeyHost::kSilenceMs + 300, [] {});
+  Run();
+  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_EQ(p.CWTextBox.Text(), "WinKey did not answer for 10 s: sending stopped");
+  // The Q went out on the echo; then only Clear Buffer.
+  EXPECT_EQ(Wire(), "51 0A");
+  EXPECT_TRUE(p.mnuTX.Enabled());
+  // Given up once: the words in the box do not go to the chip.
+  At(40000, [] {});
+  Run();
+  EXPECT_EQ(Wire(), "");
+}
+
 TEST_F(WinKeyHostTest, AChipThatVanishesEndsTheRunWithOneReport) {
   StartWithChip("WinKey", kWinKey);
   Type("CQ");

@@ -1,4 +1,5 @@
 // vantrel-sim: the keyer without a window, on virtual time, driven by a script.
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -123,6 +124,11 @@ int main(int argc, char** argv) {
     vantrel::sim::Run(options, events, [&options](const std::string& line) {
       std::cout << line << '\n';
       if (options.realTime) std::cout.flush();
+      // A reader that went away (| head): stop here, the exit releases the lines.
+      if (!std::cout) {
+        std::cerr << "vantrel-sim: cannot write the trace: " << std::strerror(errno) << "\n";
+        std::exit(1);
+      }
     });
   } catch (const vantrel::sim::ScriptError& error) {
     std::cerr << "vantrel-sim: " << (file.is_open() ? scriptPath : "stdin") << ": " << error.what()

@@ -6,6 +6,7 @@
 #include "cwdaemon/cw_daemon.h"
 #include "loggerlink/logger_link.h"
 #include "macros/frm_assign_key.h"
+#include "platform/linux/comm_port_path.h"
 #include "platform/linux/ini_profile_file.h"
 #include "platform/linux/line_safety.h"
 #include "platform/linux/linux_link_channel.h"
@@ -37,7 +38,11 @@ constexpr const char* kScriptPeer = "127.0.0.1:40000";
 
 // The real side of a --real-time run: the wall clock, the scheduler and the ports.
 struct RealSystem {
-  explicit RealSystem(const std::string& configDir) : serial(configDir), udp(time) {
+  explicit RealSystem(const std::string& configDir)
+      : parallel(platform::linuxos::kParportProcRoot,
+                 platform::linuxos::ParallelDevicePath(configDir)),
+        serial(configDir),
+        udp(time) {
     platform::linuxos::InstallLineSafety();
     serial.UseWatch(time);
   }

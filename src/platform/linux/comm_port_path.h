@@ -1,4 +1,4 @@
-// Which device stands behind serial port N.
+// Which device stands behind serial port N, and behind the parallel port.
 #pragma once
 
 #include <cstdint>
@@ -16,5 +16,10 @@ namespace vantrel::platform::linuxos {
 // a re-plug, and a link that dangles fails the open instead of quietly
 // falling back to a ttyUSB that may be another radio.
 std::string CommDevicePath(int16_t number, const std::string& configDir);
+
+// A `parport` entry in the configuration directory, the same way, names the
+// parallel port at every address: a card the kernel lists at no legacy base
+// address. Empty without one: the port is then found by its address.
+std::string ParallelDevicePath(const std::string& configDir);
 
 }  // namespace vantrel::platform::linuxos

@@ -15,6 +15,7 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/linux/line_safety.h"
 #include "platform/linux/link_protocol.h"
 
 namespace vantrel::platform::linuxos {
@@ -27,6 +28,14 @@ constexpr int32_t kMessageNumber = 0xC0DE;
 std::string EnvOr(const char* name, const char* fallback) {
   const char* value = std::getenv(name);
   return value && *value ? value : fallback;
+}
+
+constexpr mode_t kOthersMayWrite = S_IWGRP | S_IWOTH;
+
+std::string ModeText(mode_t mode) {
+  char text[8];
+  std::snprintf(text, sizeof text, "%04o", static_cast<unsigned>(mode & 07777));
+  return text;
 }
 
 int64_t NowMs() {
@@ -50,6 +59,7 @@ LinuxLinkChannel::LinuxLinkChannel()
                        ::geteuid()) {}
 
 LinuxLinkChannel::~LinuxLinkChannel() {
+  if (socket_ >= 0) ClearLoggerRest(socket_);
   if (view_) ::munmap(view_, viewSize_);
   if (mapping_ >= 0) ::close(mapping_);
   if (socket_ >= 0) ::close(socket_);
@@ -66,6 +76,10 @@ Handle LinuxLinkChannel::FindWindow(const std::string& /*caption*/) {
   if (::stat(path.c_str(), &info) != 0) return 0;  // no logger running: no reason to log
   if (!S_ISSOCK(info.st_mode) || info.st_uid != owner_) {
     log_("refused " + path + ": not a socket of this user");
+    return 0;
+  }
+  if ((info.st_mode & kOthersMayWrite) != 0) {
+    log_("refused " + path + ": others may write to it (mode " + ModeText(info.st_mode) + ")");
     return 0;
   }
   sockaddr_un address{};
@@ -118,8 +132,22 @@ bool LinuxLinkChannel::DrainAnswers(uint32_t sequence, bool& matched, int32_t& r
   }
 }
 
+void LinuxLinkChannel::SetRestRequests(Handle window, int32_t /*message*/, int32_t keyUp,
+                                       int32_t pttOff) {
+  if (socket_ < 0) return;
+  if (window == kWindowHandle) {
+    SetLoggerRest(socket_, keyUp, pttOff);
+  } else {
+    ClearLoggerRest(socket_);
+  }
+}
+
 int32_t LinuxLinkChannel::SendMessage(Handle window, int32_t /*message*/, int32_t wParam, int32_t lParam) {
   if (window != kWindowHandle || socket_ < 0) return 0;
+  if (TakeLineInterruption(socket_)) {
+    error_ = kStoppedReport;
+    return 0;
+  }
   bool matched = false;
   int32_t result = 0;
   // Answers that came too late mean the logger lives again.
@@ -165,6 +193,9 @@ Handle LinuxLinkChannel::OpenFileMapping(const std::string& /*name*/) {
     refusal = std::strerror(errno);
   } else if (info.st_uid != owner_) {
     refusal = "it belongs to user " + std::to_string(info.st_uid) + ", not to this user";
+  } else if ((info.st_mode & kOthersMayWrite) != 0) {
+    // Anyone could then type the call, fire macros or close the keyer.
+    refusal = "others may write to it (mode " + ModeText(info.st_mode) + ")";
   } else if (info.st_size < link::kMinimumMappingSize) {
     refusal = "it holds " + std::to_string(info.st_size) + " bytes, fewer than " +
               std::to_string(link::kMinimumMappingSize);
@@ -203,21 +234,29 @@ void LinuxLinkChannel::CloseHandle(Handle handle) {
   mapping_ = -1;
 }
 
-// A logger that shrinks its memory under the keyer would fault it, so the
-// copies stay inside the size that was checked.
+// A page of the view beyond the object's end faults (SIGBUS), and the
+// logger may shrink the object at any time: the size is looked at before
+// each copy, and memory that shrank is let go as a vanished logger's.
+bool LinuxLinkChannel::ViewHolds(Handle view, int32_t offset, int32_t count) {
+  if (!view_ || view != reinterpret_cast<Handle>(view_) || offset < 0 || count < 0) return false;
+  const size_t end = static_cast<size_t>(offset) + static_cast<size_t>(count);
+  if (end > viewSize_) return false;
+  struct stat info {};
+  if (::fstat(mapping_, &info) == 0 && static_cast<size_t>(info.st_size) >= end) return true;
+  log_("let go of shared memory " + mappingName_ + ": it shrank to " +
+       std::to_string(info.st_size) + " bytes");
+  ::munmap(view_, viewSize_);
+  view_ = nullptr;
+  return false;
+}
+
 void LinuxLinkChannel::ReadView(Handle view, int32_t offset, char* bytes, int32_t count) {
-  if (!view_ || view != reinterpret_cast<Handle>(view_) || offset < 0 || count < 0 ||
-      static_cast<size_t>(offset) + static_cast<size_t>(count) > viewSize_) {
-    return;
-  }
+  if (!ViewHolds(view, offset, count)) return;
   std::memcpy(bytes, static_cast<const char*>(view_) + offset, static_cast<size_t>(count));
 }
 
 void LinuxLinkChannel::WriteView(Handle view, int32_t offset, const char* bytes, int32_t count) {
-  if (!view_ || view != reinterpret_cast<Handle>(view_) || offset < 0 || count < 0 ||
-      static_cast<size_t>(offset) + static_cast<size_t>(count) > viewSize_) {
-    return;
-  }
+  if (!ViewHolds(view, offset, count)) return;
   std::memcpy(static_cast<char*>(view_) + offset, bytes, static_cast<size_t>(count));
 }
 

@@ -26,7 +26,8 @@ class LinuxLinkChannel final : public LinkChannel {
   LinuxLinkChannel(const LinuxLinkChannel&) = delete;
   LinuxLinkChannel& operator=(const LinuxLinkChannel&) = delete;
 
-  // Connects to the logger's socket if it is there and this user's.
+  // Connects to the logger's socket if it is there, this user's, and others
+  // may not write to it.
   Handle FindWindow(const std::string& caption) override;
   int32_t RegisterWindowMessage(const std::string& name) override;
   // One datagram, never waiting: a slow, full or gone logger loses it.
@@ -34,7 +35,9 @@ class LinuxLinkChannel final : public LinkChannel {
   // Waits for the answer at most kAnswerTimeoutMs. Unanswered, it leaves an
   // error once; later sends do not wait until an answer comes again.
   int32_t SendMessage(Handle window, int32_t message, int32_t wParam, int32_t lParam) override;
-  // Opens the shared memory only if it is this user's and large enough.
+  void SetRestRequests(Handle window, int32_t message, int32_t keyUp, int32_t pttOff) override;
+  // Opens the shared memory only if it is this user's, others may not write
+  // to it, and it is large enough.
   Handle OpenFileMapping(const std::string& name) override;
   Handle MapViewOfFile(Handle mapping) override;
   void UnmapViewOfFile(Handle view) override;
@@ -46,6 +49,8 @@ class LinuxLinkChannel final : public LinkChannel {
   void ClearError() override { error_.clear(); }
 
  private:
+  // True when [offset, offset + count) of `view` can be touched now.
+  bool ViewHolds(Handle view, int32_t offset, int32_t count);
   // Takes every answer waiting; true if any came.
   bool DrainAnswers(uint32_t sequence, bool& matched, int32_t& result);
 

@@ -99,6 +99,10 @@ int16_t PpdevParallelPort::Inp32(int16_t port) {
 
 void PpdevParallelPort::Out32(int16_t port, int16_t value) {
   if (!Take(static_cast<uint16_t>(port))) return;
+  if (TakeLineInterruption(fd_)) {
+    Fail(kStoppedReport);
+    return;
+  }
   unsigned char control = static_cast<unsigned char>(value) & kLineBits;
   if (PortIoctl(fd_, PPWCONTROL, &control) != 0) Fail(devicePath_ + ": " + SystemText(errno));
 }

@@ -199,6 +199,11 @@ void TermiosSerialPort::Close() {
 }
 
 void TermiosSerialPort::ChangeLines(unsigned long request, int bits) {
+  if (TakeLineInterruption(fd_)) {
+    Fail(kStoppedReport);
+    Close();
+    return;
+  }
   if (!hasLines_ || LineIoctl(fd_, request, bits) == 0) return;
   // The device is gone or broken (EIO once a USB adapter is pulled): one
   // report, and the closed port keeps quiet from here on.

@@ -40,6 +40,10 @@ class MemoryLinkChannel : public LinkChannel {
     if (answering) silent_ = false;
     return window == 0 || !answering ? 0 : 1;
   }
+  void SetRestRequests(Handle window, int32_t /*message*/, int32_t keyUp,
+                       int32_t pttOff) override {
+    restRequests = window == 0 ? std::pair<int32_t, int32_t>{} : std::pair{keyUp, pttOff};
+  }
   Handle OpenFileMapping(const std::string& name) override {
     return loggerRunning && name == "CW" ? kMapping : 0;
   }
@@ -93,6 +97,8 @@ class MemoryLinkChannel : public LinkChannel {
   // False: sends get no answer; the first one leaves an error, later ones
   // none until the logger answers again.
   bool answering = true;
+  // What SetRestRequests left: key up and PTT off, or zeros.
+  std::pair<int32_t, int32_t> restRequests{};
   // The logger's mapping: ten slots of 128 bytes, the last one cut to 64.
   std::array<char, 1216> block{};
 
