@@ -323,7 +323,7 @@ TEST_F(RunnerOnDisk, TheWindowStartsAtItsDesignSizeAndTheLoadedSizeRunsTheLayout
   RunOptions options;
   options.directory = dir_;
   // A bad early value stops the load: the design size is what is written back.
-  options.settings = {{"Height", "40000"}};
+  options.settings = {{"Height", "5000000000"}};
   RunScript("10 close\n", options);
   EXPECT_THAT(Read("Vantrel.INI"), ::testing::HasSubstr("Height=3150\n"));
   EXPECT_THAT(Read("Vantrel.INI"), ::testing::HasSubstr("Width=7125\n"));
