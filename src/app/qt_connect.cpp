@@ -62,7 +62,7 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
   // Each chip's dialog is made anew at each opening and goes when closed.
   using ChipDialog = QPointer<platform::qt::FrmWinKeyConfigWindow>;
   auto chipDialogs = std::make_shared<std::pair<ChipDialog, ChipDialog>>();
-  const auto openChipDialog = [&window, &keyer, chipDialogs] {
+  const auto openChipDialog = [&window, &keyer, &ports, chipDialogs] {
     const bool winKey2 = window.controls().mnuWinKey2.Checked();
     ChipDialog& open = winKey2 ? chipDialogs->second : chipDialogs->first;
     if (open && open->isVisible()) {
@@ -72,7 +72,7 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
     auto* dialog = new platform::qt::FrmWinKeyConfigWindow(window.widget(), winKey2);
     auto logic = std::make_shared<winkey::FrmWinKeyConfig>(
         winKey2 ? winkey::Chip::WinKey2 : winkey::Chip::WinKey, dialog->controls(),
-        winkey::WinKeyConfigNeighbours{keyer.winKeySettings, keyer.store, keyer.winKey});
+        winkey::WinKeyConfigNeighbours{keyer.winKeySettings, keyer.store, keyer.winKey, ports});
     dialog->Keep(logic);
     logic->Form_Load();
     dialog->show();

@@ -43,6 +43,9 @@ class ComboBox : public PlacedControl {
   virtual int16_t ListCount() const = 0;
   virtual void AddItem(const std::string& item, int16_t index) = 0;
   virtual void RemoveItem(int16_t index) = 0;
+  // What more there is to say of an entry (the device behind a port's name),
+  // shown when the pointer rests on it.
+  virtual void SetItemNote(int16_t index, const std::string& note) = 0;
   virtual int16_t ListIndex() const = 0;
   virtual void SetListIndex(int16_t index) = 0;
   virtual void OnClick(std::function<void()> handler) = 0;

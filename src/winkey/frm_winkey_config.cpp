@@ -66,6 +66,11 @@ void FrmWinKeyConfig::Form_Load() {
   for (int port = 0; port < kPortCount; ++port) {
     c_.cmbPort.AddItem("Comm" + std::to_string(port), c_.cmbPort.ListCount());
   }
+  for (const platform::SerialPortChoice& choice : n_.ports.SerialPorts()) {
+    for (int port = 1; port < kPortCount; ++port) {
+      if (choice.name == "Comm" + std::to_string(port)) c_.cmbPort.SetItemNote(static_cast<int16_t>(port), choice.device);
+    }
+  }
   for (const char* mode : kKeyModes) c_.cmbKeyMode.AddItem(mode, c_.cmbKeyMode.ListCount());
   for (const char* tone : chip_ == Chip::WinKey ? kWinKeyTones : kWinKey2Tones) c_.cmbTone.AddItem(tone, "");
   for (const char* space : kWordSpaces) c_.cmbWordSpace.AddItem(space, c_.cmbWordSpace.ListCount());

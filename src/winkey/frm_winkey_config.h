@@ -10,6 +10,7 @@
 #include <string>
 
 #include "platform/neighbours.h"
+#include "platform/serial_port_list.h"
 #include "platform/winkey_config_controls.h"
 #include "sending/sending_core.h"
 #include "winkey/winkey_settings.h"
@@ -22,6 +23,8 @@ struct WinKeyConfigNeighbours {
   WinKeySettings& settings;
   sending::SettingWriter& store;
   platform::WinKeyLink& winKey;
+  // The devices that the port names stand for.
+  const platform::SerialPortList& ports;
 };
 
 // Lives as long as its controls, whose events it takes.

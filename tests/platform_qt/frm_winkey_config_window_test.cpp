@@ -130,6 +130,20 @@ TEST_F(FrmWinKeyConfigWindowTest, KeyerSetupOpensTheDialogOfTheKeyerInUse) {
   EXPECT_NE(Dialog<FrmPortWindow>(), nullptr);
 }
 
+TEST_F(FrmWinKeyConfigWindowTest, ThePortListNamesTheDeviceBehindEachPort) {
+  serialPorts.ports = {{"Comm1", "/dev/ttyUSB0"}, {"Comm3", "/dev/serial/by-id/usb-K1EL_WinKeyer"},
+                       {"", "/dev/ttyACM0"}};
+  Open("WinKey", kWinKey);
+  const QComboBox& ports = Find<QComboBox>("cmbPort");
+  ASSERT_EQ(ports.count(), 17);
+  EXPECT_EQ(ports.currentText(), "Comm3");
+  EXPECT_EQ(ports.itemData(1, Qt::ToolTipRole).toString(), "/dev/ttyUSB0");
+  EXPECT_EQ(ports.itemData(3, Qt::ToolTipRole).toString(), "/dev/serial/by-id/usb-K1EL_WinKeyer");
+  // No device stands behind Comm0, which is none, nor behind Comm2.
+  EXPECT_FALSE(ports.itemData(0, Qt::ToolTipRole).isValid());
+  EXPECT_FALSE(ports.itemData(2, Qt::ToolTipRole).isValid());
+}
+
 TEST_F(FrmWinKeyConfigWindowTest, TheValueLabelsFollowTheSlidersAndTheToneShowsAsStored) {
   Open("WinKey", kWinKey,
        {{"WinKey DitDah Ratio", "33"}, {"WinKey DitDah Weight", "90"}, {"WinKey PTT Lead Delay", "25"},

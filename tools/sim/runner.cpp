@@ -109,6 +109,7 @@ class Session {
   void Close();
   void Editor(const ScriptEvent& event);
   void OpenPortDialog();
+  const platform::SerialPortList& Ports();
   void OpenChipDialog(bool winKey2);
   // An operator's action on the dialog opened last of those still open; a
   // script error when none is open or it has no such control.
@@ -168,8 +169,7 @@ class Session {
   std::optional<app::Vantrel> keyer_;
   std::optional<app::FormLinkWindow> linkWindow_;
   std::optional<cwdaemon::CwDaemon> daemon_;
-  // The keyer setup dialog, made when first opened; its ports are those of
-  // the machine on a real-time run, one in-memory port otherwise.
+  // The keyer setup dialog, made when first opened.
   std::optional<platform::memory::MemoryKeyerSetup> setup_;
   std::optional<setup::FrmPort> frmPort_;
   platform::memory::MemorySerialPortList memoryPorts_;
@@ -278,20 +278,24 @@ void Session::Close() {
   }
 }
 
+// The serial ports the dialogs offer: the machine's on a real-time run, one
+// in-memory port otherwise.
+const platform::SerialPortList& Session::Ports() {
+  if (!real_) {
+    memoryPorts_.ports = {{"Comm1", "in-memory serial port"}};
+    return memoryPorts_;
+  }
+  if (!realPorts_) realPorts_.emplace(PortDirectory());
+  return *realPorts_;
+}
+
 void Session::OpenPortDialog() {
   app::Vantrel& keyer = *keyer_;
   if (!p_.mnuSoftwareKeyer.Checked()) return;
   if (!setup_) {
     setup_.emplace(p_.trace, p_.queue);
-    const platform::SerialPortList* ports = &memoryPorts_;
-    if (real_) {
-      realPorts_.emplace(PortDirectory());
-      ports = &*realPorts_;
-    } else {
-      memoryPorts_.ports = {{"Comm1", "in-memory serial port"}};
-    }
     frmPort_.emplace(setup_->controls(), setup::SetupNeighbours{keyer.cw, keyer.core, keyer.lines, keyer.sidetone,
-                                                                keyer.store, keyer.calibration, *ports});
+                                                                keyer.store, keyer.calibration, Ports()});
   }
   if (setup_->frmPort.open) return;
   frmPort_->Form_Load();
@@ -310,7 +314,7 @@ void Session::OpenChipDialog(bool winKey2) {
   dialog.logic.reset();
   dialog.controls.emplace(p_.trace, winKey2);
   dialog.logic.emplace(winKey2 ? winkey::Chip::WinKey2 : winkey::Chip::WinKey, dialog.controls->controls(),
-                       winkey::WinKeyConfigNeighbours{keyer.winKeySettings, keyer.store, keyer.winKey});
+                       winkey::WinKeyConfigNeighbours{keyer.winKeySettings, keyer.store, keyer.winKey, Ports()});
   dialog.logic->Form_Load();
   dialog.controls->form.Show();
   opened_.push_back(&dialog.controls->form);

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -129,6 +130,10 @@ class MemoryComboBox : public MemoryListBase<MemoryPlacedBase<MemoryControlBase<
     if (index_ >= ListCount()) index_ = -1;
   }
   void SetListIndex(int16_t index) override { Choose(index); }
+  void SetItemNote(int16_t index, const std::string& note) override { notes[items.at(index)] = note; }
+
+  // Each entry's note, by its text.
+  std::map<std::string, std::string> notes;
 };
 
 class MemoryListBox : public MemoryListBase<MemoryControlBase<ListBox>> {

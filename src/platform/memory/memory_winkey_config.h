@@ -28,6 +28,9 @@ class MemoryDialogList : public MemoryNamed<ComboBox> {
   int16_t ListIndex() const override { return index_; }
   void SetListIndex(int16_t index) override;
   void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
+  void SetItemNote(int16_t index, const std::string& note) override {
+    notes[items.at(static_cast<size_t>(index))] = note;
+  }
   // The operator picks entry `index`; false when there is none such.
   bool Choose(int16_t index);
 
@@ -41,6 +44,8 @@ class MemoryDialogList : public MemoryNamed<ComboBox> {
   void SetHeight(float) override {}
 
   std::vector<std::string> items;
+  // Each entry's note, by its text.
+  std::map<std::string, std::string> notes;
 
  private:
   int16_t index_ = -1;

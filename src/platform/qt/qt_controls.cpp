@@ -434,6 +434,9 @@ void QtComboBox::AddItem(const std::string& item, int16_t index) {
   combo_.insertItem(index, ToQString(item));
 }
 void QtComboBox::RemoveItem(int16_t index) { combo_.removeItem(index); }
+void QtComboBox::SetItemNote(int16_t index, const std::string& note) {
+  combo_.setItemData(index, ToQString(note), Qt::ToolTipRole);
+}
 int16_t QtComboBox::ListIndex() const { return static_cast<int16_t>(combo_.currentIndex()); }
 
 // Set by the program, not by the operator: Qt gives no signal for that.

@@ -85,6 +85,7 @@ class QtComboBox : public QtPlacedBase<ComboBox> {
   int16_t ListCount() const override;
   void AddItem(const std::string& item, int16_t index) override;
   void RemoveItem(int16_t index) override;
+  void SetItemNote(int16_t index, const std::string& note) override;
   int16_t ListIndex() const override;
   void SetListIndex(int16_t index) override;
   void OnClick(std::function<void()> handler) override { onClick_ = std::move(handler); }
