@@ -49,7 +49,8 @@ RULES
 # The keyer listens for as long as the script may take; it is stopped at the end.
 printf '300000 wait\n' >"$work/keyer/run.vsim"
 # The stand-in port leaves DTR as it was on open, so that every DTR rise it logs is the keyer's.
-LD_PRELOAD=$shim KEYPROBE_DEV=ttyUSB0 KEYPROBE_OPEN_RAISE=0 KEYPROBE_LOG="$work/key.log" \
+# A sanitized keyer takes the shim before its runtime only when told so.
+ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$shim KEYPROBE_DEV=ttyUSB0 KEYPROBE_OPEN_RAISE=0 KEYPROBE_LOG="$work/key.log" \
   "$sim" --real-time --dir "$work/keyer" --set "Port=$port" --set "Port to Use=Serial" \
   --set "Dedicated Serial Port=Comm1" --set "Slow Typing=OFF" "$work/keyer/run.vsim" \
   >"$work/trace.txt" 2>"$work/sim.err" &

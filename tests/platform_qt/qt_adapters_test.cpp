@@ -394,6 +394,8 @@ TEST(QtDescriptorWatchTest, ReadableRunsTheHandlerUntilUnwatched) {
 
 // The codes Windows gives on a US keyboard, shifted or not, and on the pad.
 TEST(QtKeyCodes, EveryKeyHasTheCodeWindowsGivesIt) {
+  // A key event takes the application's keyboard, which is then not left behind.
+  testing::EnsureApplication();
   const auto code = [](int key, Qt::KeyboardModifiers held = {}, const QString& text = {}) {
     return WindowsKeyCode(QKeyEvent(QEvent::KeyPress, key, held, text));
   };

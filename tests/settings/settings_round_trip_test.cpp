@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -80,7 +81,7 @@ TEST_F(SettingsRoundTrip, EveryKeyTheKeyerWritesComesBackAndTheLoadRunsToTheEnd)
     NextStart next;
     Restart(next);
     for (const auto& [key, value] : written) {
-      EXPECT_EQ(next.Read(SectionOf(key) == kKeyerSection ? kKeyerSection : kMainSectionRead, key), value)
+      EXPECT_EQ(next.Read(std::string_view(SectionOf(key)) == kKeyerSection ? kKeyerSection : kMainSectionRead, key), value)
           << key;
     }
     // The last key of the load took effect, so none before it stopped it.
