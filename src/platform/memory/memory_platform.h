@@ -99,7 +99,7 @@ struct MemoryPlatform {
   MemoryPlatform() {
     for (auto [box, name] : {std::pair{&CWTextBox, "CWTextBox"}, std::pair{&CallsignField, "CallsignField"},
                              std::pair{&NameField, "NameField"}, std::pair{&SRXField, "SRXField"}}) {
-      box->onFocus = [this, box, name = name] {
+      box->onFocus = [this, box = box, name = name] {
         if (focused == name) return;
         focused = name;
         if (box->onGotFocus) box->onGotFocus();
