@@ -70,7 +70,7 @@ int main(int argc, char** argv) {
   app::Vantrel keyer(rig.platform(), {"/bench", ""});
   platform::memory::MemorySerialPortList ports;
   platform::memory::MemoryKeyerSetup dialog(rig.p.trace, rig.p.queue);
-  setup::FrmPort frmPort(dialog.controls(), setup::SetupNeighbours{keyer.cw, keyer.core, keyer.lines,
+  setup::FrmPort frmPort(dialog.controls(), setup::SetupNeighbours{keyer.cw, keyer.software, keyer.control, keyer.lines,
                                                                    keyer.sidetone, keyer.store,
                                                                    keyer.calibration, ports});
   keyer.store.LocateSettingsFile("/bench", "");
@@ -99,7 +99,7 @@ int main(int argc, char** argv) {
   const double counted = static_cast<double>(counts.CalibrationEnd - counts.CalibrationStart) /
                              static_cast<double>(keyer.cw.TimerFrequency) -
                          keyer.cw.PTTDelay / 1000.0;
-  const double ideal = keyer.core.ComputeDotLength(wpm) * (50.0 * wpm - 7) / 1000;
+  const double ideal = keyer.cw.DotLength(wpm) * (50.0 * wpm - 7) / 1000;
 
   char table[1024];
   std::snprintf(table, sizeof table,
@@ -110,7 +110,7 @@ int main(int argc, char** argv) {
                 "| the same for the dot of %d ms, with no time lost | %.6f |\n"
                 "| the click's whole run, PTT delay included | %.6f |\n"
                 "| process time used in it | %.3f |\n",
-                label1.substr(13, label1.size() - 21).c_str(), counted, keyed, keyer.core.ComputeDotLength(wpm),
+                label1.substr(13, label1.size() - 21).c_str(), counted, keyed, keyer.cw.DotLength(wpm),
                 ideal, wall, cpu);
   std::ostringstream section;
   section << "## Speed calibration on the real clock\n\n"

@@ -90,7 +90,7 @@ Times Measure(int chars, int steps) {
   for (int16_t position = 1; position < from + steps; ++position) {
     const auto start = Clock::now();
     int16_t at = position;
-    rig.keyer.core.NextCharacter(at);
+    rig.keyer.software.NextCharacter(at);
     if (position < from) continue;
     times.step.push_back(Micros(start));
     const auto painting = Clock::now();

@@ -21,7 +21,7 @@
 #include "app/vantrel.h"
 #include "platform/linux/linux_scheduler.h"
 #include "sending/morse_table.h"
-#include "sending/sending_core.h"
+#include "sending/software_keyer.h"
 #include "timing_rig.h"
 
 namespace vantrel::bench {

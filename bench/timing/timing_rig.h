@@ -12,7 +12,7 @@
 #include "platform/memory/memory_platform.h"
 #include "platform/platform.h"
 #include "sending/morse_table.h"
-#include "sending/sending_core.h"
+#include "sending/software_keyer.h"
 
 namespace vantrel::bench {
 

@@ -35,12 +35,12 @@ inline std::function<void()> MenuHandler(Vantrel& keyer, std::string_view name) 
       {"mnuShowCallsign", [](Vantrel& k) { k.form.mnuShowCallsign_Click(); }},
       {"mnuShowSRX", [](Vantrel& k) { k.form.mnuShowSRX_Click(); }},
       {"mnuKeying", [](Vantrel& k) { k.form.mnuKeying_Click(); }},
-      {"mnuVOX", [](Vantrel& k) { k.core.mnuVOX_Click(); }},
-      {"mnuMOX", [](Vantrel& k) { k.core.mnuMOX_Click(); }},
+      {"mnuVOX", [](Vantrel& k) { k.control.mnuVOX_Click(); }},
+      {"mnuMOX", [](Vantrel& k) { k.control.mnuMOX_Click(); }},
       {"mnuDedicatedSerialPort", [](Vantrel& k) { k.form.mnuDedicatedSerialPort_Click(); }},
-      {"mnuTX", [](Vantrel& k) { k.core.mnuTX_Click(); }},
-      {"mnuAbort", [](Vantrel& k) { k.core.mnuabort_click(); }},
-      {"mnuTune", [](Vantrel& k) { k.core.mnuTune_Click(); }},
+      {"mnuTX", [](Vantrel& k) { k.control.mnuTX_Click(); }},
+      {"mnuAbort", [](Vantrel& k) { k.control.mnuabort_click(); }},
+      {"mnuTune", [](Vantrel& k) { k.control.mnuTune_Click(); }},
   };
   for (const auto& [entry, handler] : kHandlers) {
     if (entry == name) return [&keyer, handler] { handler(keyer); };

@@ -63,7 +63,7 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
   using ChipDialog = QPointer<platform::qt::FrmWinKeyConfigWindow>;
   auto chipDialogs = std::make_shared<std::pair<ChipDialog, ChipDialog>>();
   const auto openChipDialog = [&window, &keyer, &ports, chipDialogs] {
-    const bool winKey2 = window.controls().mnuWinKey2.Checked();
+    const bool winKey2 = keyer.form.KeyerChosen() == mainwindow::KeyerKind::WinKey2;
     ChipDialog& open = winKey2 ? chipDialogs->second : chipDialogs->first;
     if (open && open->isVisible()) {
       open->raise();
@@ -80,7 +80,7 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
   };
   // The software keyer's setup, else the chip's: the WinKey's also when no keyer is ticked.
   window.menu("mnuPort").OnClick([&window, &keyer, &ports, port, openChipDialog] {
-    if (!window.controls().mnuSoftwareKeyer.Checked()) {
+    if (keyer.form.KeyerChosen() != mainwindow::KeyerKind::Software) {
       openChipDialog();
       return;
     }
@@ -91,7 +91,7 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
     if (!port->window) {
       port->window = new platform::qt::FrmPortWindow(window.widget());
       auto logic = std::make_shared<setup::FrmPort>(
-          port->window->controls(), setup::SetupNeighbours{keyer.cw, keyer.core, keyer.lines, keyer.sidetone,
+          port->window->controls(), setup::SetupNeighbours{keyer.cw, keyer.software, keyer.control, keyer.lines, keyer.sidetone,
                                                            keyer.store, keyer.calibration, ports});
       port->logic = logic.get();
       port->window->Keep(std::move(logic));

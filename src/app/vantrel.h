@@ -11,8 +11,10 @@
 #include "platform/platform.h"
 #include "sending/cw_state.h"
 #include "sending/key_lines.h"
-#include "sending/sending_core.h"
+#include "sending/send_text.h"
 #include "sending/sidetone.h"
+#include "sending/software_keyer.h"
+#include "sending/transmit_control.h"
 #include "settings/settings_store.h"
 #include "setup/speed_calibration.h"
 #include "winkey/winkey_host.h"
@@ -26,21 +28,23 @@ class Vantrel {
       : store(p.profile, p.wallClock),
         lines(cw, p.controls, sending::LinePorts{p.parallel, p.cwControl, p.linkChannel, link}),
         sidetone(cw, p.controls.CWTextBox, p.sound),
-        core(cw, p.controls, p.scheduler, p.pump,
-             sending::SendingNeighbours{lines, winKeySettings, sidetone, p.link, winKey, mMacros,
-                                        calibration, store}),
+        text(cw, p.controls),
+        control(cw, p.controls, store, mMacros),
+        software(cw, p.controls, p.scheduler, p.pump,
+                 sending::SoftwareKeyerNeighbours{lines, sidetone, p.link, mMacros, calibration,
+                                                  store, text, control}),
         winKey(winKeyState, winkey::WinKeyNeighbours{cw, winKeySettings, link, p.controls,
-                                                     p.cwControl, p.scheduler, core, lines, p.link,
-                                                     mMacros}),
-        form(p, mainwindow::ProgramState{cw, window, macros, winKeySettings, link}, core, lines,
-             sidetone, store, mMacros, winKey, std::move(environment)),
+                                                     p.cwControl, p.scheduler, control, text,
+                                                     lines, p.link, mMacros, store}),
+        form(p, mainwindow::ProgramState{cw, window, macros, winKeySettings, link},
+             mainwindow::Keyers{control, software, winKey}, lines, sidetone, store, mMacros,
+             std::move(environment)),
         macroEditor(p.macroSetup,
                     macros::MacroSetupNeighbours{macros, p.controls.btnf, p.controls.CommonDialog1,
                                                  store, store.SettingsFilePath}),
-        mMacros(macros::MacroNeighbours{cw, macros, window, winKeySettings, link, p.controls, core,
-                                        lines, p.link, winKey, macroEditor, store,
-                                        form.ActiveField}),
-        calibration(cw, core, p.controls, p.scheduler, p.pump) {}
+        mMacros(macros::MacroNeighbours{cw, macros, window, link, p.controls, control, lines, p.link,
+                                        winKey, macroEditor, store, form.ActiveField}),
+        calibration(cw, software, control, p.controls, p.scheduler, p.pump) {}
 
   sending::CwState cw;
   mainwindow::MainWindowState window;
@@ -51,7 +55,9 @@ class Vantrel {
   settings::SettingsStore store;
   sending::KeyLineDriver lines;
   sending::Sidetone sidetone;
-  sending::SendingCore core;
+  sending::SendText text;
+  sending::TransmitControl control;
+  sending::SoftwareKeyer software;
   winkey::WinKeyHost winKey;
   mainwindow::FrmVantrel form;
   macros::MacroSetupEditor macroEditor;

@@ -181,7 +181,7 @@ int main(int argc, char** argv) {
   vantrel::platform::qt::QtTimer replyTimer;
   linuxos::UdpDatagramSocket datagrams{watch};
   vantrel::cwdaemon::CwDaemon daemon{
-      {keyer.cw, window.controls(), keyer.core, keyer.lines, keyer.winKey, keyer.form, keyer.store},
+      {keyer.cw, window.controls(), keyer.control, keyer.text, keyer.form, keyer.store},
       datagrams, tuneTimer, replyTimer};
   QTimer::singleShot(0, [&daemon] { daemon.Listen(); });
 

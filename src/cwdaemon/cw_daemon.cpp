@@ -26,7 +26,7 @@ CwDaemon::CwDaemon(DaemonNeighbours n, platform::DatagramSocket& socket, platfor
   tuneTimer_.OnTimer([this] { EndTune(); });
   replyTimer_.SetInterval(kReplyLookMs);
   replyTimer_.OnTimer([this] { SendDueReplies(); });
-  n_.core.OnMark([this](int16_t) {
+  n_.text.OnMark([this](int16_t) {
     for (PendingReply& reply : replies_) reply.keyed = true;
   });
 }
@@ -131,7 +131,7 @@ void CwDaemon::AppendText(const Request& request, const platform::DatagramPeer& 
 void CwDaemon::Abort() {
   replies_.clear();
   replyTimer_.SetEnabled(false);
-  n_.core.mnuabort_click();
+  n_.control.mnuabort_click();
 }
 
 // Down for the seconds asked, then up by itself; 0 ends a tune the logger began.
@@ -141,12 +141,13 @@ void CwDaemon::Tune(int seconds) {
     EndTune();
     return;
   }
-  if (n_.cw.Transmitting && !n_.cw.TuneActive) {
+  const sending::Keyer& keyer = n_.control.keyer();
+  if (n_.cw.Transmitting() && !keyer.Tuning()) {
     Notice("cwdaemon refused", "tune: busy sending");
     return;
   }
   Notice("cwdaemon tune", std::to_string(seconds));
-  if (!n_.cw.TuneActive) n_.core.mnuTune_Click();
+  if (!keyer.Tuning()) n_.control.mnuTune_Click();
   tuneTimer_.SetEnabled(false);
   tuneTimer_.SetInterval(seconds * 1000);
   tuneTimer_.SetEnabled(true);
@@ -155,9 +156,9 @@ void CwDaemon::Tune(int seconds) {
 void CwDaemon::EndTune() {
   if (!tuneTimer_.Enabled()) return;
   tuneTimer_.SetEnabled(false);
-  if (n_.cw.TuneActive) {
+  if (n_.control.keyer().Tuning()) {
     Notice("cwdaemon tune end");
-    n_.core.mnuTune_Click();
+    n_.control.mnuTune_Click();
   }
 }
 
@@ -165,20 +166,13 @@ void CwDaemon::HoldPtt(bool on) {
   sending::CwState& cw = n_.cw;
   if (on == cw.PTTHeld) return;
   cw.PTTHeld = on;
-  if (n_.core.WinKeyRoute()) {
-    n_.winkey.WriteWinKey(std::string{static_cast<char>(winkey::protocol::kPtt), static_cast<char>(on ? 1 : 0)});
-  } else if (on) {
-    n_.lines.PTTLineOn();
-  } else if (!cw.Transmitting || !cw.PTTEnabled) {
-    // A transmission that keys PTT itself lets it go at its end.
-    n_.lines.PTTLineOff();
-  }
+  n_.control.keyer().HoldPtt(on);
 }
 
 // A reply goes once the keyer has sent some of the text before it and then
 // stopped, or holds the transmission open waiting for more text.
 void CwDaemon::SendDueReplies() {
-  if (n_.cw.Transmitting && !n_.cw.WaitingForText) return;
+  if (n_.cw.Tx == sending::TxState::Sending) return;
   std::erase_if(replies_, [this](const PendingReply& reply) {
     if (!reply.keyed) return false;
     Notice("cwdaemon reply", reply.bytes);

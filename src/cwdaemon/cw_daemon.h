@@ -16,7 +16,8 @@
 #include "platform/neighbours.h"
 #include "sending/cw_state.h"
 #include "sending/key_lines.h"
-#include "sending/sending_core.h"
+#include "sending/send_text.h"
+#include "sending/transmit_control.h"
 #include "settings/settings_store.h"
 
 namespace vantrel::cwdaemon {
@@ -27,9 +28,8 @@ inline constexpr int kDefaultPort = 6789;
 struct DaemonNeighbours {
   sending::CwState& cw;
   platform::MainWindowControls& controls;
-  sending::SendingCore& core;
-  sending::KeyLineDriver& lines;
-  platform::WinKeyLink& winkey;
+  sending::TransmitControl& control;
+  sending::SendText& text;
   mainwindow::FrmVantrel& form;
   settings::SettingsStore& store;
 };

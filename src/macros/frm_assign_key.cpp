@@ -16,7 +16,7 @@ constexpr int kKeysPerRow = 12;
 }  // namespace
 
 FrmAssignKey::FrmAssignKey(AssignKeyControls controls, int16_t& InsertKeyCode,
-                           sending::SettingWriter& settings)
+                           settings::SettingWriter& settings)
     : c_(std::move(controls)), insertKeyCode_(InsertKeyCode), settings_(settings) {
   c_.List1.OnClick([this] { List1_Click(); });
 }

@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "platform/controls.h"
-#include "sending/sending_core.h"
+#include "settings/setting_writer.h"
 
 namespace vantrel::macros {
 
@@ -20,7 +20,7 @@ struct AssignKeyControls {
 class FrmAssignKey {
  public:
   FrmAssignKey(AssignKeyControls controls, int16_t& InsertKeyCode,
-               sending::SettingWriter& settings);
+               settings::SettingWriter& settings);
 
   // Fills the list and selects the current key without storing it.
   void Form_Load();
@@ -31,7 +31,7 @@ class FrmAssignKey {
  private:
   AssignKeyControls c_;
   int16_t& insertKeyCode_;
-  sending::SettingWriter& settings_;
+  settings::SettingWriter& settings_;
 };
 
 }  // namespace vantrel::macros

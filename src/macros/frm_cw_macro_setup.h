@@ -12,7 +12,7 @@
 #include "platform/controls.h"
 #include "platform/macro_setup_window.h"
 #include "platform/neighbours.h"
-#include "sending/sending_core.h"
+#include "settings/setting_writer.h"
 
 namespace vantrel::macros {
 
@@ -20,7 +20,7 @@ struct MacroSetupNeighbours {
   MacroState& macros;
   platform::ControlArray<platform::CommandButton>& btnf;
   platform::CommonDialog& CommonDialog1;
-  sending::SettingWriter& settings;
+  settings::SettingWriter& settings;
   // Named to the operator when a macro cannot be stored in it.
   const std::string& settingsFile;
 };

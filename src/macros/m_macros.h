@@ -14,8 +14,8 @@
 #include "platform/neighbours.h"
 #include "sending/cw_state.h"
 #include "sending/key_lines.h"
-#include "sending/sending_core.h"
-#include "winkey/winkey_settings.h"
+#include "sending/transmit_control.h"
+#include "settings/setting_writer.h"
 
 namespace vantrel::macros {
 
@@ -23,15 +23,14 @@ struct MacroNeighbours {
   sending::CwState& cw;
   MacroState& macros;
   mainwindow::MainWindowState& window;
-  winkey::WinKeySettings& winKeySettings;
   const loggerlink::LinkState& link;
   platform::MainWindowControls& controls;
-  sending::SendingCore& core;
+  sending::TransmitControl& control;
   sending::KeyLineDriver& lines;
   platform::LoggerLink& logger;
   platform::WinKeyLink& winkey;
   platform::MacroEditor& editor;
-  sending::SettingWriter& settings;
+  settings::SettingWriter& settings;
   // The window's entry control that had the focus last; null before any had.
   platform::TextBox* const& activeField;
 };
@@ -75,7 +74,6 @@ class MMacros : public platform::MacroLoop {
   std::string SerialNumber() const;
   std::string SerialNumberLessOne() const;
   std::string ZeroRule(std::string number) const;
-  void StepSpeed(int16_t by);
   void Notice(const std::string& what) const {
     if (notice_) notice_(what);
   }

@@ -6,6 +6,7 @@
 #include "macros/m_macros.h"
 #include "settings/settings_store.h"
 #include "vb/vb.h"
+#include "winkey/winkey_frame.h"
 #include "winkey/winkey_protocol.h"
 
 namespace vantrel::macros {
@@ -15,12 +16,6 @@ constexpr int32_t kClearLog = 700;
 constexpr int32_t kBookmark = 750;
 constexpr int32_t kRotor = 800;
 constexpr int32_t kLoopStep = 5000;
-// The speed words' own bounds: no speed below 1 WPM on either route, no
-// more than a byte holds on the chip's, and no overflow on the software
-// keyer's, whose dot stops at its floor anyway.
-constexpr int16_t kSlowest = 1;
-constexpr int16_t kChipFastest = 255;
-constexpr int16_t kSoftwareFastest = INT16_MAX;
 
 bool SameAt(const std::string& text, size_t at, const std::string& word) {
   if (at + word.size() > text.size()) return false;
@@ -121,15 +116,15 @@ std::string& MMacros::ExpandMacro(std::string& text) {
       {"$ROTORLP$", nothing([&logger] { logger.PostLink(kRotor, 1); })},
       {"$LOOP$", nothing([&cw] { cw.LoopDelay += kLoopStep; })},
       {"$RECEIVE$", nothing([&cw] { cw.ReceiveAfterSend = true; })},
-      {"$TRANSMIT$", nothing([this] { n_.core.mnuTX_Click(); })},
-      {"$CWSPEEDUP$", nothing([this] { StepSpeed(1); })},
-      {"$CWSPEEDDN$", nothing([this] { StepSpeed(-1); })},
+      {"$TRANSMIT$", nothing([this] { n_.control.mnuTX_Click(); })},
+      {"$CWSPEEDUP$", nothing([this] { n_.control.keyer().StepSpeed(1); })},
+      {"$CWSPEEDDN$", nothing([this] { n_.control.keyer().StepSpeed(-1); })},
       // Only between transmissions: a nested one must not pull the text away.
       {"$RESET$", nothing([this, &cw] {
-         if (!cw.Transmitting) n_.lines.ClearParallelLines();
+         if (!cw.Transmitting()) n_.lines.ClearParallelLines();
        })},
       {"$CLEAR$", nothing([this, &cw] {
-         if (cw.Transmitting) return;
+         if (cw.Transmitting()) return;
          c_.CWTextBox.SetText("");
          c_.CallsignField.SetText("");
        })},
@@ -174,9 +169,8 @@ void MMacros::MessageStep(std::string& text) {
     if (q == p + word.size() + 1 && n_.winkey.IsWinKey2()) {
       const double number = vb::Val(text.substr(p + word.size(), 1));
       if (number >= 1 && number < 7) {
-        n_.winkey.WriteWinKey(std::string{static_cast<char>(winkey::protocol::kAdmin),
-                                           static_cast<char>(winkey::protocol::kAdminPlayMessage),
-                                           static_cast<char>(number)});
+        n_.winkey.WriteWinKey(
+            *winkey::AdminFrame(winkey::protocol::kAdminPlayMessage, static_cast<int>(number)));
       }
     }
     text.erase(p, q - p + 1);
@@ -215,30 +209,6 @@ std::string MMacros::SerialNumberLessOne() const {
   if (number <= 0) return "";
   const std::string format = n_.logger.SerialFormat();
   return ZeroRule(format.empty() ? Number(number) : vb::Format(number, format));
-}
-
-// Stored for good: the end of a transmission does not undo it.
-void MMacros::StepSpeed(int16_t by) {
-  sending::CwState& cw = n_.cw;
-  if (c_.mnuWinKey.Checked() || c_.mnuWinKey2.Checked()) {
-    winkey::WinKeySettings& chip = n_.winKeySettings;
-    chip.WinKeySpeed = static_cast<int16_t>(
-        std::clamp(chip.WinKeySpeed + by, static_cast<int>(kSlowest), static_cast<int>(kChipFastest)));
-    n_.settings.WriteSetting(settings::kKeyerSection, "WinKey Speed",
-                             std::to_string(chip.WinKeySpeed));
-    // With the pot in charge the chip's speed is its own.
-    if (!chip.WinKeyAnalogSpeed) {
-      n_.winkey.WriteWinKey(std::string{static_cast<char>(winkey::protocol::kBufferedSpeed),
-                                           static_cast<char>(chip.WinKeySpeed)});
-      n_.core.ShowSpeed(chip.WinKeySpeed);
-    }
-  } else {
-    n_.core.ShowSpeed(static_cast<int16_t>(
-        std::clamp(cw.WPM + by, static_cast<int>(kSlowest), static_cast<int>(kSoftwareFastest))));
-    cw.DotTime = n_.core.ComputeDotLength(cw.WPM);
-    n_.settings.WriteSetting(settings::kMainSection, "WPM", std::to_string(cw.WPM));
-  }
-  if (cw.Transmitting) cw.SavedWPM = cw.WPM;
 }
 
 void MMacros::ArmMacroLoop() {

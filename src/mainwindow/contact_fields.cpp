@@ -30,7 +30,7 @@ void FrmVantrel::ShareField(loggerlink::LinkSlot slot, const std::string& text) 
 void FrmVantrel::CallsignField_Change() {
   if (!StartupDone) return;
   const std::string call = c_.CallsignField.Text();
-  if (call != PreviousCall && cw_.Transmitting) CorrectCallInText();
+  if (call != PreviousCall && cw_.Transmitting()) CorrectCallInText();
   ShareField(loggerlink::LinkSlot::LinkCall, call);
   PreviousCall = call;
 }

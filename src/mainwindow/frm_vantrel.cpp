@@ -19,21 +19,21 @@ std::string Trimmed(const std::string& text) {
 
 }  // namespace
 
-FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
-                       sending::SendingCore& core, sending::KeyLineDriver& lines,
-                       platform::ToneOutput& sidetone, settings::SettingsStore& store,
-                       platform::MacroLoop& macroLoop, platform::WinKeyLink& winkey,
+FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state, Keyers keyers,
+                       sending::KeyLineDriver& lines, platform::ToneOutput& sidetone,
+                       settings::SettingsStore& store, platform::MacroLoop& macroLoop,
                        StartupEnvironment environment)
     : p_(platform),
       c_(platform.controls),
       s_(state),
       cw_(state.cw),
-      core_(core),
+      keyers_(keyers),
+      control_(keyers.control),
       lines_(lines),
       sidetone_(sidetone),
       store_(store),
       macroLoop_(macroLoop),
-      winkey_(winkey),
+      chip_(keyers.chip),
       environment_(std::move(environment)) {
   c_.CWTextBox.OnChange([this] { CWTextBox_Change(); });
   c_.Timer1.OnTimer([this] { Timer1_Timer(); });
@@ -46,8 +46,7 @@ FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state,
   // A port that fails or is reopened under a transmission ends it as a close
   // request does; the report is then text like any other.
   lines_.OnPortLost([this](const std::string& report) {
-    core_.StopTransmission();
-    cw_.TuneActive = false;
+    keyers_.software.Stop();
     c_.CWTextBox.SetText(report);
   });
 }
@@ -83,23 +82,18 @@ void FrmVantrel::Form_Load() {
   store_.LocateSettingsFile(environment_.programDirectory, environment_.commandLine);
   c_.CWTextBox.SetText("");
   c_.NameField.SetText("");
-  cw_.Transmitting = false;
   c_.mnuTX.SetEnabled(false);
   c_.mnuAbort.SetEnabled(false);
   c_.PTTBox.SetPicture(platform::Picture::Red);
   c_.KeyBox.SetPicture(platform::Picture::Red);
   s_.link.LinkMessage = p_.linkChannel.RegisterWindowMessage(kLinkName);
 
-  settings::SettingsHolders holders{cw_,   s_.window, s_.macros, s_.winKeySettings, c_,
-                                    core_, p_.pump,   [this] { mnuShowSRX_Click(); }};
+  settings::SettingsHolders holders{cw_,      s_.window, s_.macros, s_.winKeySettings, c_,
+                                    control_, p_.pump,   [this] { mnuShowSRX_Click(); }};
   settings::LoadSettings(store_, holders);
 
-  if (c_.mnuSoftwareKeyer.Checked()) {
-    sidetone_.CreateSidetone();
-    lines_.OpenKeyerPort();
-  } else {
-    winkey_.OpenWinKeyPort();
-  }
+  UseTickedKeyer();
+  control_.keyer().Open();
   c_.CallsignField.SetVisible(true);
   c_.cmbPrevious.SetVisible(true);
   c_.CWTextBox.SetFocus();
@@ -135,21 +129,20 @@ void FrmVantrel::OpenLink() {
 }
 
 void FrmVantrel::Form_QueryUnload(bool& cancel) {
-  if (!cw_.Transmitting) return;
-  core_.StopTransmission();
+  if (!cw_.Transmitting()) return;
+  control_.StopTransmission();
   cancel = true;
-  if (core_.WinKeyRoute()) cw_.Transmitting = false;
 }
 
 void FrmVantrel::Form_Unload() {
-  core_.RestorePriority();
-  if (cw_.SidetoneEnabled) core_.SidetoneOff();
+  keyers_.software.RestorePriority();
+  if (cw_.SidetoneEnabled) keyers_.software.SidetoneOff();
   c_.CWTextBox.SetText("");
-  cw_.StopSending = true;
+  control_.StopSending();
   c_.Timer1.SetEnabled(false);
   p_.linkChannel.UnmapViewOfFile(s_.link.LinkView);
   p_.linkChannel.CloseHandle(s_.link.LinkMapping);
-  winkey_.CloseWinKeyHost();
+  chip_.CloseWinKeyHost();
   if (p_.cwControl.PortOpen()) p_.cwControl.SetPortOpen(false);
   p_.parallel.Release();
   if (!c_.frmVantrel.Minimized()) {
@@ -164,40 +157,22 @@ void FrmVantrel::Form_Unload() {
 
 void FrmVantrel::Timer1_Timer() {
   p_.link.PollLink();
-  winkey_.WatchWinKeySilence();
-}
-
-void FrmVantrel::mnuDedicatedSerialPort_Click() {
-  platform::SerialPort& port = p_.cwControl;
-  port.ClearError();
-  if (c_.mnuSoftwareKeyer.Checked()) {
-    port.SetPortOpen(!c_.mnuDedicatedSerialPort.Checked());
-  } else if (port.PortOpen()) {
-    port.SetPortOpen(false);
-    c_.KeyBox.SetPicture(platform::Picture::Red);
-  } else {
-    winkey_.OpenWinKeyPort();
-  }
-  c_.mnuDedicatedSerialPort.SetChecked(port.PortOpen());
-  if (!port.Error().empty()) lines_.ReportPortError();
+  chip_.WatchWinKeySilence();
 }
 
 void FrmVantrel::CWTextBox_Change() {
-  if (!c_.mnuSoftwareKeyer.Checked() && !winkey_.WinKeyOpen()) return;
+  if (!KeyerTakesText()) return;
   if (c_.CWTextBox.Text().empty() || !StartupDone) return;
 
-  const bool holding = cw_.Transmitting && cw_.SlowTyping && cw_.WaitingForText;
-  if (holding) {
-    core_.ResumeTransmission();
+  if (cw_.WaitingForText() && cw_.SlowTyping) {
+    control_.keyer().ResumeRun();
     return;
   }
-  if (cw_.Transmitting) return;
+  if (cw_.Transmitting()) return;
   if (c_.mnuMOX.Checked()) {
     c_.mnuTX.SetEnabled(true);
-  } else if (core_.WinKeyRoute()) {
-    if (winkey_.PortOpen()) winkey_.StartWinKeyRun();
   } else {
-    core_.StartNewTransmission();
+    control_.keyer().StartRun();
   }
 }
 

@@ -11,8 +11,10 @@
 #include "platform/platform.h"
 #include "sending/cw_state.h"
 #include "sending/key_lines.h"
-#include "sending/sending_core.h"
+#include "sending/software_keyer.h"
+#include "sending/transmit_control.h"
 #include "settings/settings_store.h"
+#include "winkey/winkey_host.h"
 #include "winkey/winkey_settings.h"
 
 namespace vantrel::mainwindow {
@@ -33,15 +35,26 @@ struct ProgramState {
   loggerlink::LinkState& link;
 };
 
+// The two keyers, and the menus' way to the one in use.
+struct Keyers {
+  sending::TransmitControl& control;
+  sending::SoftwareKeyer& software;
+  winkey::WinKeyHost& chip;
+};
+
+// The keyer the Config menu's ticks name; None when a click has unticked the
+// ticked one, which leaves the software keyer sending.
+enum class KeyerKind { None, Software, WinKey, WinKey2 };
+
 class FrmVantrel {
  public:
   static constexpr const char* kLoggerCaption = "Hallowick";
   static constexpr const char* kLinkName = "CW";
 
-  FrmVantrel(const platform::Platform& platform, ProgramState state, sending::SendingCore& core,
+  FrmVantrel(const platform::Platform& platform, ProgramState state, Keyers keyers,
              sending::KeyLineDriver& lines, platform::ToneOutput& sidetone,
              settings::SettingsStore& store, platform::MacroLoop& macroLoop,
-             platform::WinKeyLink& winkey, StartupEnvironment environment);
+             StartupEnvironment environment);
 
   // Brings the keyer up in its fixed order.
   void Form_Load();
@@ -111,7 +124,8 @@ class FrmVantrel {
   void StepSpeedFromPanel(int16_t Button);
   // What the speed panel does, for any speed: shown, kept, written to the
   // settings and told to the chip.
-  void SetSpeed(int16_t wpm);
+  void SetSpeed(int16_t wpm) { keyers_.control.keyer().SetSpeed(wpm); }
+  KeyerKind KeyerChosen() const { return keyerKind_; }
 
   // Appearance: each starts its dialog from the present value and writes the result.
   void mnuWPMColor_Click();
@@ -137,6 +151,10 @@ class FrmVantrel {
  private:
   void OpenLink();
   void SelectKeyer(platform::MenuItem& clicked, platform::MenuItem& other, const char* keyer);
+  // The one place where the ticks become the keyer in use.
+  void UseTickedKeyer();
+  // Whether a change of the box's text may start or resume a run.
+  bool KeyerTakesText() const;
   // The four show/hide entries work alike.
   void ToggleShown(platform::MenuItem& entry, platform::Control& panel, const char* key);
   void TickSerialZero(platform::MenuItem& entry, const char* value);
@@ -152,13 +170,15 @@ class FrmVantrel {
   platform::MainWindowControls& c_;
   ProgramState s_;
   sending::CwState& cw_;
-  sending::SendingCore& core_;
+  Keyers keyers_;
+  sending::TransmitControl& control_;
   sending::KeyLineDriver& lines_;
   platform::ToneOutput& sidetone_;
   settings::SettingsStore& store_;
   platform::MacroLoop& macroLoop_;
-  platform::WinKeyLink& winkey_;
+  winkey::WinKeyHost& chip_;
   StartupEnvironment environment_;
+  KeyerKind keyerKind_ = KeyerKind::None;
 };
 
 }  // namespace vantrel::mainwindow

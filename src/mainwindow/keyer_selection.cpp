@@ -1,11 +1,11 @@
 // Which keyer sends, chosen in the Config menu: a WinKey chip, a WinKey2, or
-// the software keyer. The ticks are the whole choice; the speed panel's click
-// steps the speed of whichever it is.
+// the software keyer. The ticks are the whole choice, and this file the only
+// reader of them: each change turns them into the keyer in use, which the
+// rest of the keyer then asks.
 #include <cstdint>
 
 #include "mainwindow/frm_vantrel.h"
 #include "vb/vb.h"
-#include "winkey/winkey_protocol.h"
 
 namespace vantrel::mainwindow {
 namespace {
@@ -16,6 +16,23 @@ constexpr int16_t kLeftButton = 1;
 
 }  // namespace
 
+void FrmVantrel::UseTickedKeyer() {
+  keyerKind_ = c_.mnuWinKey.Checked()          ? KeyerKind::WinKey
+               : c_.mnuWinKey2.Checked()       ? KeyerKind::WinKey2
+               : c_.mnuSoftwareKeyer.Checked() ? KeyerKind::Software
+                                               : KeyerKind::None;
+  const bool chip = keyerKind_ == KeyerKind::WinKey || keyerKind_ == KeyerKind::WinKey2;
+  chip_.SetModel(keyerKind_ == KeyerKind::WinKey    ? winkey::ChipModel::WinKey
+                 : keyerKind_ == KeyerKind::WinKey2 ? winkey::ChipModel::WinKey2
+                                                    : winkey::ChipModel::None);
+  control_.Use(chip ? static_cast<sending::Keyer&>(chip_) : keyers_.software);
+}
+
+// An open chip takes text even when no tick is left.
+bool FrmVantrel::KeyerTakesText() const {
+  return keyerKind_ == KeyerKind::Software || chip_.WinKeyOpen();
+}
+
 void FrmVantrel::mnuWinKey_Click() { SelectKeyer(c_.mnuWinKey, c_.mnuWinKey2, "WinKey"); }
 
 void FrmVantrel::mnuWinKey2_Click() { SelectKeyer(c_.mnuWinKey2, c_.mnuWinKey, "WinKey2"); }
@@ -24,24 +41,33 @@ void FrmVantrel::mnuWinKey2_Click() { SelectKeyer(c_.mnuWinKey2, c_.mnuWinKey, "
 void FrmVantrel::SelectKeyer(platform::MenuItem& clicked, platform::MenuItem& other,
                              const char* keyer) {
   clicked.SetChecked(!clicked.Checked());
-  if (!clicked.Checked()) return;
+  if (!clicked.Checked()) {
+    UseTickedKeyer();
+    return;
+  }
   c_.frmVantrel.SetCaption("Vantrel - WinKey");
   store_.WriteSetting(settings::kMainSection, "Keyer to Use", keyer);
   c_.mnuSoftwareKeyer.SetChecked(false);
   other.SetChecked(false);
+  UseTickedKeyer();
   c_.KeyBox.SetPicture(platform::Picture::Red);
   c_.CWTextBox.SetText("");
-  winkey_.OpenWinKeyPort();
+  chip_.Open();
 }
 
 void FrmVantrel::mnuSoftwareKeyer_Click() {
+  const bool fromChip = c_.mnuWinKey.Checked() || c_.mnuWinKey2.Checked();
   c_.mnuSoftwareKeyer.SetChecked(!c_.mnuSoftwareKeyer.Checked());
-  if (!c_.mnuWinKey.Checked() && !c_.mnuWinKey2.Checked()) return;
-  winkey_.CloseWinKeyHost();
+  if (!fromChip) {
+    UseTickedKeyer();
+    return;
+  }
+  chip_.Close();
   c_.frmVantrel.SetCaption("Vantrel - Software");
   store_.WriteSetting(settings::kMainSection, "Keyer to Use", "Software");
   c_.mnuWinKey.SetChecked(false);
   c_.mnuWinKey2.SetChecked(false);
+  UseTickedKeyer();
   c_.PTTBox.SetVisible(true);
   sidetone_.CreateSidetone();
   c_.KeyBox.SetPicture(platform::Picture::Red);
@@ -50,9 +76,26 @@ void FrmVantrel::mnuSoftwareKeyer_Click() {
   store_.SettingsSection = settings::kMainSection;
   const double wpm = vb::RoundHalfEven(vb::Val(store_.ReadSetting("WPM", "20")));
   if (wpm >= INT16_MIN && wpm <= INT16_MAX) cw_.WPM = static_cast<int16_t>(wpm);
-  cw_.DotTime = core_.ComputeDotLength(cw_.WPM);
-  core_.ShowSpeed(cw_.WPM);
+  cw_.DotTime = cw_.DotLength(cw_.WPM);
+  control_.ShowSpeed(cw_.WPM);
   lines_.OpenKeyerPort();
+}
+
+// The software keyer's port opens and closes; a chip's closes, or opens with
+// a discovery (also with no tick left, as the chip's port is the last one used).
+void FrmVantrel::mnuDedicatedSerialPort_Click() {
+  platform::SerialPort& port = p_.cwControl;
+  port.ClearError();
+  if (keyerKind_ == KeyerKind::Software) {
+    port.SetPortOpen(!c_.mnuDedicatedSerialPort.Checked());
+  } else if (port.PortOpen()) {
+    port.SetPortOpen(false);
+    c_.KeyBox.SetPicture(platform::Picture::Red);
+  } else {
+    chip_.OpenWinKeyPort();
+  }
+  c_.mnuDedicatedSerialPort.SetChecked(port.PortOpen());
+  if (!port.Error().empty()) lines_.ReportPortError();
 }
 
 // The left button slows by one, any other speeds up.
@@ -64,28 +107,6 @@ void FrmVantrel::StepSpeedFromPanel(int16_t Button) {
     ++wpm;
   }
   SetSpeed(wpm);
-}
-
-// On a chip whose pot has the speed this does nothing.
-void FrmVantrel::SetSpeed(int16_t wpm) {
-  const bool chip = core_.WinKeyRoute();
-  winkey::WinKeySettings& keyer = s_.winKeySettings;
-  if (chip && keyer.WinKeyAnalogSpeed) return;
-  if (wpm != cw_.WPM) {
-    cw_.WPM = wpm;
-    cw_.DotTime = core_.ComputeDotLength(cw_.WPM);
-    core_.ShowSpeed(cw_.WPM);
-    cw_.SavedWPM = cw_.WPM;
-    if (chip) keyer.WinKeySpeed = cw_.WPM;
-  }
-  if (chip) {
-    // Written even when the speed stood still: the chip hears it again.
-    winkey_.WriteWinKey(std::string{static_cast<char>(winkey::protocol::kBufferedSpeed),
-                                    static_cast<char>(cw_.WPM)});
-    store_.WriteSetting(settings::kKeyerSection, "WinKey Speed", std::to_string(keyer.WinKeySpeed));
-  } else {
-    store_.WriteSetting(settings::kMainSection, "WPM", std::to_string(cw_.WPM));
-  }
 }
 
 }  // namespace vantrel::mainwindow

@@ -58,7 +58,7 @@ void FrmVantrel::DispatchMacroKey(int16_t& KeyCode, int16_t Shift) {
 bool FrmVantrel::EntryKeyDown(int16_t& KeyCode, platform::TextBox& pageTo) {
   switch (KeyCode) {
     case kEsc:
-      core_.mnuabort_click();
+      control_.mnuabort_click();
       KeyCode = 0;
       return true;
     case kPageUp:
@@ -94,7 +94,7 @@ void FrmVantrel::cwTextBox_KeyPress(int16_t& KeyAscii) {
     // Takes back the last character the send path has not reached.
     KeyAscii = 0;
     const int length = static_cast<int>(box.Text().size());
-    const int reached = cw_.Transmitting ? cw_.SendPosition : 0;
+    const int reached = cw_.Transmitting() ? cw_.SendPosition : 0;
     if (length > reached && length > 0) {
       box.SetSelStart(length - 1);
       box.SetSelLength(1);
@@ -102,7 +102,7 @@ void FrmVantrel::cwTextBox_KeyPress(int16_t& KeyAscii) {
     }
     return;
   }
-  if (!core_.WinKeyRoute()) {
+  if (control_.keyer().TypedProsigns()) {
     if (const char* prosign = Prosign(KeyAscii)) {
       KeyAscii = 0;
       macroLoop_.QueueMacro(prosign);

@@ -10,6 +10,22 @@
 
 namespace vantrel::sending {
 
+// Where a transmission stands. The keyer in use moves it; the rest of the
+// keyer only reads it.
+enum class TxState : uint8_t {
+  Idle,
+  // A run keys text (or a tune holds the key down, or the operator's paddle
+  // has a chip).
+  Sending,
+  // Slow Typing: the run has keyed all it had and holds for more text.
+  WaitingForText,
+  // Ended from inside: a send loop on the stack unwinds at once.
+  Stopping,
+};
+
+// Dot length in ms for a speed and the three proportions; never below 12.
+int32_t ComputeDotLength(int16_t wpm, double dashLength, double letterSpace, double wordSpace);
+
 struct CwState {
   // Speed and proportions, the last three in units of one dot.
   int16_t WPM = 0;
@@ -18,6 +34,9 @@ struct CwState {
   double DashLength = 3;
   double LetterSpace = 3;
   double WordSpace = 7;
+  int32_t DotLength(int16_t wpm) const {
+    return ComputeDotLength(wpm, DashLength, LetterSpace, WordSpace);
+  }
 
   // The character in hand.
   std::string CurrentChar;
@@ -34,18 +53,13 @@ struct CwState {
   bool IsNT = true;
 
   // The walk through the text.
-  bool Transmitting = false;
-  bool StopSending = false;
-  bool WaitingForText = false;
-  bool NoLetterGap = false;
+  TxState Tx = TxState::Idle;
+  bool Transmitting() const { return Tx == TxState::Sending || Tx == TxState::WaitingForText; }
+  bool WaitingForText() const { return Tx == TxState::WaitingForText; }
+  bool StopSending() const { return Tx == TxState::Stopping; }
   int16_t ResumePosition = 0;
   int16_t LastStepPosition = 0;
   int16_t SendPosition = 0;
-  int16_t WinKeyLastChar = 0;
-  // True while a send loop stands on the stack, also while it drains after an Abort.
-  bool InSendLoop = false;
-  // A new transmission asked for while such a draining loop still stood.
-  bool StartPending = false;
 
   // Settings and flags that shape a transmission.
   bool SlowTyping = true;
@@ -55,7 +69,6 @@ struct CwState {
   bool PTTHeld = false;
   bool DisablePolling = false;
   bool SidetoneEnabled = false;
-  bool TuneActive = false;
   int32_t LoopDelay = 0;
   bool ReceiveAfterSend = false;
   bool LogAfterSend = false;

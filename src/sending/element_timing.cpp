@@ -2,7 +2,8 @@
 #include <limits>
 
 #include "sending/morse_table.h"
-#include "sending/sending_core.h"
+#include "sending/software_keyer.h"
+#include "vb/vb.h"
 
 namespace vantrel::sending {
 namespace {
@@ -24,24 +25,20 @@ int32_t ComputeDotLength(int16_t wpm, double dashLength, double letterSpace, dou
   return static_cast<int32_t>(dot);
 }
 
-SendingCore::SendingCore(CwState& cw, platform::MainWindowControls& controls,
-                         platform::Scheduler& scheduler, platform::EventPump& pump,
-                         SendingNeighbours neighbours)
+SoftwareKeyer::SoftwareKeyer(CwState& cw, platform::MainWindowControls& controls,
+                             platform::Scheduler& scheduler, platform::EventPump& pump,
+                             SoftwareKeyerNeighbours neighbours)
     : cw_(cw), c_(controls), scheduler_(scheduler), pump_(pump), n_(neighbours) {}
-
-int32_t SendingCore::ComputeDotLength(int16_t wpm) const {
-  return sending::ComputeDotLength(wpm, cw_.DashLength, cw_.LetterSpace, cw_.WordSpace);
-}
 
 // Elapsed time is computed in this one way everywhere, so that a gap and the
 // overhead taken off it agree to the last bit.
-double SendingCore::ElapsedMs(int64_t start, int64_t stop) const {
+double SoftwareKeyer::ElapsedMs(int64_t start, int64_t stop) const {
   return static_cast<double>(stop - start) / static_cast<double>(cw_.TimerFrequency) * 1000.0;
 }
 
 // The first counter reading at which ElapsedMs, computed the one way it is
 // computed, reaches `ms`: a wait that idles to it never wakes a count early.
-int64_t SendingCore::CounterAfter(int64_t start, double ms) const {
+int64_t SoftwareKeyer::CounterAfter(int64_t start, double ms) const {
   const auto elapsedAt = [&](int64_t count) { return ElapsedMs(start, count); };
   int64_t count =
       start + static_cast<int64_t>(std::ceil(ms / 1000.0 * static_cast<double>(cw_.TimerFrequency)));
@@ -50,7 +47,7 @@ int64_t SendingCore::CounterAfter(int64_t start, double ms) const {
   return count;
 }
 
-void SendingCore::TimedWait(double ms) {
+void SoftwareKeyer::TimedWait(double ms) {
   cw_.TimerStart = scheduler_.QueryPerformanceCounter();
   const int64_t start = cw_.TimerStart;
   if (ms > kSpinMs) pump_.DoEvents();
@@ -58,7 +55,7 @@ void SendingCore::TimedWait(double ms) {
   const int64_t end = CounterAfter(start, ms);
   bool measured = false;
   double elapsed = 0;
-  while ((!measured || elapsed < ms) && !cw_.StopSending) {
+  while ((!measured || elapsed < ms) && !cw_.StopSending()) {
     cw_.TimerStop = scheduler_.QueryPerformanceCounter();
     // From this wait's own start: a handler run by the pump may have taken
     // readings of its own in between.
@@ -76,23 +73,23 @@ void SendingCore::TimedWait(double ms) {
   }
 }
 
-void SendingCore::SidetoneOn() {
+void SoftwareKeyer::SidetoneOn() {
   if (cw_.SidetoneEnabled) n_.tone.ToneOn();
 }
 
 // Its own duration lengthens the gap after a key-up, so it is measured and
 // taken off the next gap.
-void SendingCore::SidetoneOff() {
+void SoftwareKeyer::SidetoneOff() {
   cw_.TimerStart = scheduler_.QueryPerformanceCounter();
   if (cw_.SidetoneEnabled) n_.tone.ToneOff();
   cw_.TimerStop = scheduler_.QueryPerformanceCounter();
   cw_.SidetoneOverhead = FixedMs::FromMs(ElapsedMs(cw_.TimerStart, cw_.TimerStop));
 }
 
-void SendingCore::SendCharacter() {
+void SoftwareKeyer::SendCharacter() {
   const auto length = static_cast<int16_t>(cw_.CurrentCode.size());
   cw_.ElementIndex = 1;
-  while (cw_.ElementIndex <= length && !cw_.StopSending) {
+  while (cw_.ElementIndex <= length && !cw_.StopSending()) {
     const char element = cw_.CurrentCode[cw_.ElementIndex - 1];
     if (element == '.' || element == '-') {
       SidetoneOn();
@@ -112,12 +109,12 @@ void SendingCore::SendCharacter() {
   }
 }
 
-void SendingCore::BoostPriority() {
+void SoftwareKeyer::BoostPriority() {
   if (cw_.IsNT) scheduler_.SetPriorityClass(platform::kRealtimePriorityClass);
   scheduler_.SetThreadPriority(platform::kThreadPriorityTimeCritical);
 }
 
-void SendingCore::RestorePriority() {
+void SoftwareKeyer::RestorePriority() {
   if (cw_.IsNT) scheduler_.SetPriorityClass(platform::kNormalPriorityClass);
   scheduler_.SetThreadPriority(platform::kThreadPriorityNormal);
 }

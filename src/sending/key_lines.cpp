@@ -116,7 +116,7 @@ void KeyLineDriver::RestLines() {
 
 void KeyLineDriver::OpenKeyerPort() {
   // The transmission in hand was keyed on the port about to change.
-  if (cw_.Transmitting && !routeLost_) AbandonTransmission("");
+  if (cw_.Transmitting() && !routeLost_) AbandonTransmission("");
   routeLost_ = false;
   openRoute_ = cw_.UseParallel       ? Route::Parallel
                : cw_.UseSharedSerial ? Route::SharedSerial
@@ -177,9 +177,8 @@ void KeyLineDriver::CheckLine(platform::PortDevice& port) {
 void KeyLineDriver::AbandonTransmission(const std::string& report) {
   RestLines();
   routeLost_ = true;
-  // Outside a send loop (Tune) nobody would take the mark, and a later loop
-  // would take it for its own.
-  portLost_ = cw_.InSendLoop;
+  // A send loop takes the mark at its end; one that starts later drops it.
+  portLost_ = true;
   if (onPortLost_) onPortLost_(report);
 }
 

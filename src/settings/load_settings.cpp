@@ -152,9 +152,9 @@ std::vector<Setting> BuildTable() {
       Main<Val16>("WPM", "20",
                   [](H& h, int16_t v) {
                     h.cw.WPM = v;
-                    h.cw.DotTime = h.core.ComputeDotLength(v);
+                    h.cw.DotTime = h.cw.DotLength(v);
                     h.cw.SavedWPM = v;
-                    h.core.ShowSpeed(v);
+                    h.control.ShowSpeed(v);
                   }),
       Main<Long>("WPM Text Color", "0", [](H& h, int32_t v) { h.controls.sBar.SetForeColor(v); }),
       Main<Boolean>("SHIFT F Keys Visible", "True",

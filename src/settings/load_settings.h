@@ -13,7 +13,7 @@
 #include "platform/event_pump.h"
 #include "platform/main_window_controls.h"
 #include "sending/cw_state.h"
-#include "sending/sending_core.h"
+#include "sending/transmit_control.h"
 #include "settings/settings_store.h"
 #include "winkey/winkey_settings.h"
 
@@ -26,7 +26,7 @@ struct SettingsHolders {
   macros::MacroState& macros;
   winkey::WinKeySettings& winkey;
   platform::MainWindowControls& controls;
-  sending::SendingCore& core;
+  sending::TransmitControl& control;
   platform::EventPump& pump;
   // The "show SRX field" menu command, which ticks its own menu item.
   std::function<void()> mnuShowSRX_Click;

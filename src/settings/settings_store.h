@@ -10,15 +10,11 @@
 
 #include "platform/profile_file.h"
 #include "platform/wall_clock.h"
-#include "sending/sending_core.h"
+#include "settings/setting_writer.h"
 
 namespace vantrel::settings {
 
 inline constexpr const char* kMainSectionRead = "FrmVantrel Settings";
-inline constexpr const char* kMainSection = "frmVantrel Settings";
-inline constexpr const char* kKeyerSection = "WinKey Settings";
-// Where loggers reach the keyer over the network: its Address and Port keys.
-inline constexpr const char* kNetworkSection = "Network";
 inline constexpr const char* kStampSection = "Initialized";
 inline constexpr const char* kStampKey = "Create Date/Time";
 
@@ -36,7 +32,7 @@ std::string SettingsFilePathFor(const std::string& programDirectory, const std::
 // network's for its own, else the main one.
 const char* SectionOf(std::string_view key);
 
-class SettingsStore : public sending::SettingWriter {
+class SettingsStore : public SettingWriter {
  public:
   SettingsStore(platform::ProfileFile& files, platform::WallClock& clock)
       : files_(files), clock_(clock) {}

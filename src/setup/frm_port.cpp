@@ -123,7 +123,7 @@ void FrmPort::UpdatePortControls() {
 
 void FrmPort::DotLengthSlider_Change() {
   const auto wpm = static_cast<int16_t>(c_.DotLengthSlider.Value());
-  cw_.DotTime = n_.core.ComputeDotLength(wpm);
+  cw_.DotTime = cw_.DotLength(wpm);
   c_.lbl.SetCaption(" Keying speed " + vb::Format(wpm, "##0") + " WPM.");
 }
 
@@ -172,12 +172,12 @@ void FrmPort::cmbPort_Change() {
 void FrmPort::btnTest_MouseDown() {
   if (!cw_.SidetoneEnabled) return;
   n_.sidetone.CreateSidetone();
-  n_.core.SidetoneOn();
+  n_.keyer.SidetoneOn();
 }
 
 void FrmPort::btnTest_MouseUp() {
   if (!cw_.SidetoneEnabled) return;
-  n_.core.SidetoneOff();
+  n_.keyer.SidetoneOff();
 }
 
 void FrmPort::ARButton1_Click() { RunTest(20); }
@@ -218,7 +218,7 @@ void FrmPort::TestFinished() {
 void FrmPort::btnStopTest_Click() {
   if (!n_.calibration.Calibrating()) return;
   n_.calibration.Cancel();
-  n_.core.mnuabort_click();
+  n_.control.mnuabort_click();
 }
 
 bool FrmPort::CheckEntries() {
@@ -246,7 +246,7 @@ bool FrmPort::CheckEntries() {
 
 void FrmPort::btnOK_Click() {
   if (!CheckEntries()) return;
-  sending::SettingWriter& settings = n_.settings;
+  settings::SettingWriter& settings = n_.settings;
   const auto write = [&settings](const char* key, const std::string& value) {
     settings.WriteSetting(settings::kMainSection, key, value);
   };
@@ -272,9 +272,9 @@ void FrmPort::btnOK_Click() {
 
   // Only now, with the new proportions in place.
   const auto wpm = static_cast<int16_t>(c_.DotLengthSlider.Value());
-  cw_.DotTime = n_.core.ComputeDotLength(wpm);
+  cw_.DotTime = cw_.DotLength(wpm);
   write("WPM", std::to_string(wpm));
-  n_.core.ShowSpeed(wpm);
+  n_.control.ShowSpeed(wpm);
 
   write("PTT", cw_.PTTEnabled ? "ON" : "OFF");
   write("PTT Delay", c_.Text3.Text());
@@ -316,7 +316,7 @@ void FrmPort::Form_Unload() {
   cw_.SidetoneEnabled = SavedSidetone;
   n_.sidetone.CreateSidetone();
   // The slider moved the dot length; without Apply the speed in force keeps its own.
-  if (!cw_.Transmitting) cw_.DotTime = n_.core.ComputeDotLength(cw_.WPM);
+  if (!cw_.Transmitting()) cw_.DotTime = cw_.DotLength(cw_.WPM);
 }
 
 }  // namespace vantrel::setup

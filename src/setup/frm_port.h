@@ -11,17 +11,19 @@
 #include "platform/serial_port_list.h"
 #include "sending/cw_state.h"
 #include "sending/key_lines.h"
-#include "sending/sending_core.h"
+#include "sending/software_keyer.h"
+#include "sending/transmit_control.h"
 #include "setup/speed_calibration.h"
 
 namespace vantrel::setup {
 
 struct SetupNeighbours {
   sending::CwState& cw;
-  sending::SendingCore& core;
+  sending::SoftwareKeyer& keyer;
+  sending::TransmitControl& control;
   sending::KeyLineDriver& lines;
   platform::ToneOutput& sidetone;
-  sending::SettingWriter& settings;
+  settings::SettingWriter& settings;
   SpeedCalibrator& calibration;
   const platform::SerialPortList& ports;
 };

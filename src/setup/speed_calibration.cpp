@@ -34,17 +34,17 @@ CalibrationText CalibrationResult(int16_t wpm, int64_t start, int64_t end, int64
 }
 
 void SpeedCalibrator::RunParisTest(int16_t& w) {
-  if (cw_.Transmitting) {
+  if (cw_.Transmitting()) {
     // A Slow Typing hold is ended first; a text still going out keeps the line.
-    if (!cw_.WaitingForText) return;
-    core_.EndTransmission();
+    if (!cw_.WaitingForText()) return;
+    keyer_.EndTransmission();
   }
   const std::string text = ParisText(w);
   state = CalibrationState{true, w, cw_.WPM, 0, 0};
   started_ = false;
   // However the run ends, its transmission comes back to the speed of now.
   cw_.SavedWPM = cw_.WPM;
-  cw_.DotTime = core_.ComputeDotLength(w);
+  cw_.DotTime = cw_.DotLength(w);
   // The run ends with its text even under Slow Typing, as a received-after-send text does.
   cw_.ReceiveAfterSend = true;
   if (frmPort_) frmPort_->SetMousePointer(platform::DialogPointer::NoDrop);
@@ -66,14 +66,14 @@ void SpeedCalibrator::Cancel() {
 void SpeedCalibrator::TransmissionStarted() {
   state.CalibrationStart = scheduler_.QueryPerformanceCounter();
   started_ = true;
-  core_.ShowSpeed(state.CalibrationWPM);
+  control_.ShowSpeed(state.CalibrationWPM);
 }
 
 void SpeedCalibrator::TransmissionEnded() {
   state.CalibrationEnd = scheduler_.QueryPerformanceCounter();
   cw_.WPM = state.CalibrationSavedWPM;
-  cw_.DotTime = core_.ComputeDotLength(cw_.WPM);
-  core_.ShowSpeed(cw_.WPM);
+  cw_.DotTime = cw_.DotLength(cw_.WPM);
+  control_.ShowSpeed(cw_.WPM);
   state.Calibrating = false;
   if (frmCalibrate_) {
     frmCalibrate_->Show([this](platform::CalibrateControls& form) { FrmCalibrate_Load(form); });

@@ -14,7 +14,8 @@
 #include "platform/neighbours.h"
 #include "platform/scheduler.h"
 #include "sending/cw_state.h"
-#include "sending/sending_core.h"
+#include "sending/software_keyer.h"
+#include "sending/transmit_control.h"
 
 namespace vantrel::setup {
 
@@ -40,10 +41,15 @@ std::string ParisText(int16_t wpm);
 
 class SpeedCalibrator : public platform::SpeedCalibration {
  public:
-  SpeedCalibrator(sending::CwState& cw, sending::SendingCore& core,
-                  platform::MainWindowControls& controls, platform::Scheduler& scheduler,
-                  platform::EventPump& pump)
-      : cw_(cw), core_(core), c_(controls), scheduler_(scheduler), pump_(pump) {}
+  SpeedCalibrator(sending::CwState& cw, sending::SoftwareKeyer& keyer, sending::TransmitControl& control,
+                  platform::MainWindowControls& controls,
+                  platform::Scheduler& scheduler, platform::EventPump& pump)
+      : cw_(cw),
+        keyer_(keyer),
+        control_(control),
+        c_(controls),
+        scheduler_(scheduler),
+        pump_(pump) {}
 
   // The keyer setup dialog the tests are run from: its pointer shows that a
   // test waits, and it owns the result window.
@@ -71,7 +77,8 @@ class SpeedCalibrator : public platform::SpeedCalibration {
 
  private:
   sending::CwState& cw_;
-  sending::SendingCore& core_;
+  sending::SoftwareKeyer& keyer_;
+  sending::TransmitControl& control_;
   platform::MainWindowControls& c_;
   platform::Scheduler& scheduler_;
   platform::EventPump& pump_;

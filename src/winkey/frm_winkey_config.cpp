@@ -238,7 +238,7 @@ bool FrmWinKeyConfig::CheckSpeedPot() {
 
 void FrmWinKeyConfig::StoreSettings() {
   WinKeySettings& s = n_.settings;
-  sending::SettingWriter& store = n_.store;
+  settings::SettingWriter& store = n_.store;
   const auto number = [&store](const char* key, int16_t& field, int32_t value) {
     field = static_cast<int16_t>(value);
     store.WriteSetting(settings::kKeyerSection, key, std::to_string(field));

@@ -12,7 +12,7 @@
 #include "platform/neighbours.h"
 #include "platform/serial_port_list.h"
 #include "platform/winkey_config_controls.h"
-#include "sending/sending_core.h"
+#include "settings/setting_writer.h"
 #include "winkey/winkey_settings.h"
 
 namespace vantrel::winkey {
@@ -21,7 +21,7 @@ enum class Chip { WinKey, WinKey2 };
 
 struct WinKeyConfigNeighbours {
   WinKeySettings& settings;
-  sending::SettingWriter& store;
+  settings::SettingWriter& store;
   platform::WinKeyLink& winKey;
   // The devices that the port names stand for.
   const platform::SerialPortList& ports;

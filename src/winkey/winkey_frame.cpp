@@ -31,7 +31,25 @@ uint8_t CommonPinBits(const WinKeySettings& s) {
 constexpr std::array<int16_t, 10> kWinKeyHz{3759, 1879, 1252, 940, 752, 625, 535, 469, 417, 375};
 constexpr std::array<int16_t, 10> kWinKey2Hz{4000, 2000, 1333, 1000, 800, 666, 571, 500, 444, 400};
 
+std::optional<std::string> WithByte(std::string frame, int value) {
+  if (value < 0 || value > 255) return std::nullopt;
+  frame += static_cast<char>(value);
+  return frame;
+}
+
 }  // namespace
+
+std::string Frame(uint8_t command) { return std::string(1, static_cast<char>(command)); }
+
+std::string AdminFrame(uint8_t subCommand) {
+  return std::string{static_cast<char>(protocol::kAdmin), static_cast<char>(subCommand)};
+}
+
+std::optional<std::string> Frame(uint8_t command, int value) { return WithByte(Frame(command), value); }
+
+std::optional<std::string> AdminFrame(uint8_t subCommand, int value) {
+  return WithByte(AdminFrame(subCommand), value);
+}
 
 uint8_t ModeByte(const WinKeySettings& s) {
   // Bit 2, the serial echo, is always on: the echo is how sending is followed.

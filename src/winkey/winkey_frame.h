@@ -1,6 +1,6 @@
-// The bytes that carry the chip's settings: the load-defaults frame and its
-// parts, built from the stored settings alone so that they can be checked
-// byte for byte.
+// Every frame the keyer writes to the chip, built from values alone so that
+// each can be checked byte for byte: the commands, and the load-defaults
+// frame with its parts.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +10,14 @@
 #include "winkey/winkey_settings.h"
 
 namespace vantrel::winkey {
+
+// A command on its own, or an admin command (kAdmin and its sub-command).
+std::string Frame(uint8_t command);
+std::string AdminFrame(uint8_t subCommand);
+// A command and its one argument; nothing when the value does not fit the
+// byte, which the chip would read as another value.
+std::optional<std::string> Frame(uint8_t command, int value);
+std::optional<std::string> AdminFrame(uint8_t subCommand, int value);
 
 uint8_t ModeByte(const WinKeySettings& s);
 uint8_t SidetoneByte(const WinKeySettings& s, bool isWinKey2);

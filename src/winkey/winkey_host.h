@@ -1,10 +1,12 @@
-// The keyer's side of an external WinKey or WinKey2 chip: the port and the
-// start-up conversation, the settings upload, and the sending run that the
-// chip's echo and status bytes pace. All of it runs on the window's thread.
+// The chip keyer: the keyer's side of an external WinKey or WinKey2 chip.
+// The port and the start-up conversation, the settings upload, and the
+// sending run that the chip's echo and status bytes pace, fed from the text
+// box one character per echo. All of it runs on the window's thread.
 #pragma once
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "loggerlink/link_state.h"
@@ -14,7 +16,10 @@
 #include "platform/scheduler.h"
 #include "sending/cw_state.h"
 #include "sending/key_lines.h"
-#include "sending/sending_core.h"
+#include "sending/keyer.h"
+#include "sending/send_text.h"
+#include "sending/transmit_control.h"
+#include "settings/setting_writer.h"
 #include "winkey/winkey_settings.h"
 
 namespace vantrel::winkey {
@@ -28,23 +33,30 @@ struct WinKeyState {
   // Position in the text box, from 1, of the character last handed over.
   int32_t WinKeyPosition = 1;
   bool PaddleBreakIn = false;
+  // The last character the feed met: a second "|" of a pair goes to the chip.
+  int16_t WinKeyLastChar = 0;
 };
+
+// The chip that keyer selection asks for; None while the software keyer sends.
+enum class ChipModel { None, WinKey, WinKey2 };
 
 struct WinKeyNeighbours {
   sending::CwState& cw;
-  const WinKeySettings& settings;
+  WinKeySettings& settings;
   // The radio the logger has made active.
   const loggerlink::LinkState& link;
   platform::MainWindowControls& controls;
   platform::SerialPort& port;
   platform::Scheduler& scheduler;
-  sending::SendingCore& core;
+  sending::TransmitControl& control;
+  sending::SendText& text;
   sending::KeyLineDriver& lines;
   platform::LoggerLink& logger;
   platform::MacroLoop& macroLoop;
+  settings::SettingWriter& store;
 };
 
-class WinKeyHost : public platform::WinKeyLink {
+class WinKeyHost : public platform::WinKeyLink, public sending::Keyer {
  public:
   // A chip at 1200 baud answers host open in about 30 ms (two bytes out,
   // one back, 9 ms each); a USB adapter may add two 16 ms latency timers.
@@ -78,10 +90,39 @@ class WinKeyHost : public platform::WinKeyLink {
   // The port's notification: each byte that came in is handled in turn.
   void WinKeyReceive();
   void WinKeyStep();
+  // Hands the chip the character at `position`, dropping what it cannot key.
+  void Feed(int16_t position);
+
+  // Keyer selection's word: which chip discovery looks for, or None.
+  void SetModel(ChipModel model) { model_ = model; }
+
+  // The chip as the keyer in use.
+  void Open() override { OpenWinKeyPort(); }
+  void Close() override { CloseWinKeyHost(); }
+  void StartRun() override;
+  // The chip's runs never wait for text: the run ends with the box.
+  void ResumeRun() override {}
+  void Abort() override;
+  void Stop() override;
+  void Tune(bool down) override;
+  bool Tuning() const override { return tuning_; }
+  void SetSpeed(int16_t wpm) override;
+  void StepSpeed(int16_t by) override;
+  void HoldPtt(bool on) override;
+  bool TypedProsigns() const override { return false; }
 
  private:
+  // How a run ends: its text done, aborted (Abort, a stop), or the chip lost
+  // (silent, its port gone), when nothing more goes to it.
+  enum class RunEnd { Completed, Aborted, ChipLost };
+  // The one end of a chip run.
+  void EndRun(RunEnd how);
+  // False for a character the chip is not given; an empty one aborts the run.
+  bool Sendable(const std::string& character);
+  void WriteSpeed(int wpm);
   void Receive(uint8_t byte);
-  void Command(uint8_t command, int value);
+  // A frame whose value does not fit its byte is not written.
+  void Write(const std::optional<std::string>& frame);
   void Sleep(int ms);
   // The message of a discovery's outcome, at the caret.
   void Insert(const std::string& text);
@@ -94,6 +135,8 @@ class WinKeyHost : public platform::WinKeyLink {
   std::function<void(const std::string&)> onWrite_;
   // Performance counter at the start of the run or its chip's last byte.
   int64_t lastHeard_ = 0;
+  ChipModel model_ = ChipModel::None;
+  bool tuning_ = false;
 };
 
 }  // namespace vantrel::winkey

@@ -40,7 +40,7 @@ class CwDaemonTest : public testing::KeyerFixture {
   platform::memory::MemoryDatagramSocket socket;
   platform::memory::MemoryTimer tuneTimer{p.queue};
   platform::memory::MemoryTimer replyTimer{p.queue};
-  CwDaemon daemon{{cw, p.controls, core, keyer.lines, keyer.winKey, keyer.form, keyer.store},
+  CwDaemon daemon{{cw, p.controls, control, text, keyer.form, keyer.store},
                   socket,
                   tuneTimer,
                   replyTimer};
@@ -138,7 +138,7 @@ TEST_F(CwDaemonTest, TextReachesTheChipOnTheWinKeyRoute) {
   daemon.Listen();
   chip.written.clear();
   socket.Deliver("cq\n");
-  EXPECT_TRUE(cw.Transmitting);
+  EXPECT_TRUE(cw.Transmitting());
   EXPECT_EQ(chip.written.back(), 'C');
 }
 
@@ -180,7 +180,7 @@ TEST_F(CwDaemonTest, AbortStopsInMidCharacter) {
   EXPECT_EQ(TimesOf("keybox green"), (std::vector<double>{100, 460}));
   EXPECT_EQ(TimesOf("keybox red"), (std::vector<double>{280, 520}));
   EXPECT_EQ(p.CWTextBox.Text(), "");
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
 }
 
 TEST_F(CwDaemonTest, AbortWithNothingGoingOutHarmsNothing) {
@@ -200,7 +200,7 @@ TEST_F(CwDaemonTest, TuneKeysDownForTheSecondsAskedAndUpByItself) {
   Run();
   EXPECT_EQ(TimesOf("keybox green"), (std::vector<double>{0}));
   EXPECT_EQ(TimesOf("keybox red"), (std::vector<double>{2000}));
-  EXPECT_FALSE(cw.TuneActive);
+  EXPECT_FALSE(keyer.control.keyer().Tuning());
 }
 
 TEST_F(CwDaemonTest, TuneIsRefusedWhileTextGoesOutAndEndedByAbort) {
@@ -212,7 +212,7 @@ TEST_F(CwDaemonTest, TuneIsRefusedWhileTextGoesOutAndEndedByAbort) {
   Run();
   EXPECT_EQ(Count("cwdaemon refused \"tune: busy sending\""), 1u);
   EXPECT_EQ(TimesOf("keybox red"), (std::vector<double>{160, 1500}));
-  EXPECT_FALSE(cw.TuneActive);
+  EXPECT_FALSE(keyer.control.keyer().Tuning());
 }
 
 // --- PTT ---
@@ -301,7 +301,7 @@ TEST_F(CwDaemonTest, ResetStopsSendingAndTuningAndLetsPttGo) {
   Udp(200, "e\n");
   Run();
   EXPECT_FALSE(cw.PTTHeld);
-  EXPECT_FALSE(cw.TuneActive);
+  EXPECT_FALSE(keyer.control.keyer().Tuning());
   EXPECT_EQ(TimesOf("keybox green").size(), 2u);  // the tune, then the E after the reset
   EXPECT_EQ(EventsStartingWith({"pttbox"}).back(), "pttbox red");
 }

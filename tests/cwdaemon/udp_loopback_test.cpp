@@ -87,7 +87,7 @@ class UdpLoopback : public testing::KeyerFixture {
   UdpDatagramSocket socket{watch};
   platform::memory::MemoryTimer tuneTimer{p.queue};
   platform::memory::MemoryTimer replyTimer{p.queue};
-  CwDaemon daemon{{cw, p.controls, core, keyer.lines, keyer.winKey, keyer.form, keyer.store},
+  CwDaemon daemon{{cw, p.controls, control, text, keyer.form, keyer.store},
                   socket,
                   tuneTimer,
                   replyTimer};

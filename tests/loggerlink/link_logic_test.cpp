@@ -255,7 +255,7 @@ TEST_F(LinkLogic, SharedSerialLoggerThatStopsAnsweringIsToldToRestAndLeftAlone) 
   EXPECT_THAT(EventsStartingWith({"send"}), ElementsAre("send 503 0", "send 303 0", "send 603 0"));
   EXPECT_THAT(EventsStartingWith({"text \"CW Port"}),
               ElementsAre("text \"CW Port error : the logger did not answer\""));
-  EXPECT_FALSE(keyer.cw.Transmitting);
+  EXPECT_FALSE(keyer.cw.Transmitting());
 
   // Opened afresh, the route has the line back.
   keyer.lines.OpenKeyerPort();

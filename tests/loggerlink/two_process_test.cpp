@@ -93,7 +93,7 @@ TEST_F(TwoProcess, ALoggerThatVanishesChangesNothingButThePosts) {
   // T E S T: six elements, as without any logger.
   EXPECT_EQ(TimesOf("keybox green").size(), 6u);
   EXPECT_EQ(p.CWTextBox.Text(), "");
-  EXPECT_FALSE(keyer.cw.Transmitting);
+  EXPECT_FALSE(keyer.cw.Transmitting());
   // The box's later change still writes the memory the logger left.
   p.CallsignField.SetText("W1AW");
   EXPECT_EQ(keyer.link.Slots[0].substr(0, 5), std::string("W1AW\0", 5));

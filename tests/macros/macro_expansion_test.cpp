@@ -172,7 +172,7 @@ TEST_F(MacroFixture, ClearWhileIdleEmptiesBoxAndCallBeforeTheTextGoesIn) {
 TEST_F(MacroFixture, TransmitActsOnTheBoxBeforeTheMacrosTextArrives) {
   StartWithLogger();
   keyer.mMacros.QueueMacro("$transmit$cq");
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(p.CWTextBox.Text(), "CQ");  // on MOX it waits
   EXPECT_THAT(TimesOf("keybox green"), IsEmpty());
 }
@@ -181,7 +181,7 @@ TEST_F(MacroFixture, SpeedWordsAreStoredForGood) {
   StartWithLogger({{"WPM", "20"}});
   Queued("$cwspeedup$$cwspeedup$$cwspeeddn$$cwspeedup$");
   EXPECT_EQ(cw.WPM, 22);
-  EXPECT_EQ(cw.DotTime, core.ComputeDotLength(22));
+  EXPECT_EQ(cw.DotTime, cw.DotLength(22));
   EXPECT_EQ(StoredSetting("frmVantrel Settings", "WPM"), "22");
   EXPECT_EQ(EventsStartingWith({"status"}).back(), "status \" Keying speed = 22 WPM\"");
 }
@@ -194,20 +194,20 @@ TEST_F(MacroFixture, ASpeedWordWhileSendingIsStoredWhenTheTransmissionEnds) {
   bool sending = false;
   At(100, [this] { keyer.mMacros.QueueMacro("$cwspeedup$"); });
   At(300, [this, &storedWhileSending, &sending] {
-    sending = cw.Transmitting;
+    sending = cw.Transmitting();
     storedWhileSending = StoredSetting("frmVantrel Settings", "WPM");
   });
   At(0, [this] { Type("TEST"); });
   Run();
   EXPECT_TRUE(sending);
   EXPECT_EQ(storedWhileSending, "20");
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(StoredSetting("frmVantrel Settings", "WPM"), "21");
 }
 
 TEST_F(MacroFixture, SpeedWordsOnAChipGoToItUnlessThePotRules) {
   StartWithLogger({{"WinKey Speed", "15"}});
-  p.mnuWinKey.SetChecked(true);
+  UseChip(winkey::ChipModel::WinKey);
   p.cwControl.SetPortOpen(true);
   Queued("$cwspeedup$");
   EXPECT_THAT(Outgoing(), ElementsAre("winkey 1C 10"));
@@ -236,7 +236,7 @@ TEST_F(MacroFixture, SpeedWordsStopAtOneWpmOnly) {
 
 TEST_F(MacroFixture, SpeedWordsOnAChipStopAtWhatAByteHolds) {
   StartWithLogger({{"WinKey Speed", "99"}});
-  p.mnuWinKey.SetChecked(true);
+  UseChip(winkey::ChipModel::WinKey);
   p.cwControl.SetPortOpen(true);
   Queued("$cwspeedup$");
   EXPECT_THAT(Outgoing(), ElementsAre("winkey 1C 64"));

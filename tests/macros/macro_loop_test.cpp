@@ -78,7 +78,7 @@ const Interruption kInterruptions[] = {
     {"ClickInBox", [](app::Vantrel& k) { k.form.cwTextBox_MouseDown(1); }, true},
     {"ClickInCall", [](app::Vantrel& k) { k.form.CallsignField_MouseDown(1); }, true},
     {"ClickInName", [](app::Vantrel& k) { k.form.NameField_MouseDown(2); }, true},
-    {"Abort", [](app::Vantrel& k) { k.core.mnuabort_click(); }, true},
+    {"Abort", [](app::Vantrel& k) { k.control.mnuabort_click(); }, true},
     {"OtherButton", [](app::Vantrel& k) { k.mMacros.btnF_Click(2); }, true},
     {"KeyInSrx", [](app::Vantrel& k) { int16_t a = Letter(), shift = 0; k.form.FieldKeyDown(a, shift, "SRXField"); },
      false},

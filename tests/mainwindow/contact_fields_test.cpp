@@ -78,7 +78,7 @@ TEST_F(ContactFields, CorrectionRewritesTheUnsentTailAndLaterCopies) {
 
 TEST_F(ContactFields, FullySentCallStaysAndEmptyOldCallChangesNothing) {
   Start();
-  cw.Transmitting = true;
+  cw.Tx = sending::TxState::Sending;
   p.CWTextBox.SetText("W1AW DE K1ABC W1AW");
   cw.SendPosition = 6;  // the first call is out
   keyer.form.PreviousCall = "W1AW";

@@ -90,7 +90,7 @@ TEST_F(StartupShutdown, FirstCloseWhileSendingOnlyStopsIt) {
   EXPECT_FALSE(closedFirst);
   EXPECT_TRUE(closedSecond);
   EXPECT_THAT(TimesOf("pttbox red"), ElementsAre(100));
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(p.CWTextBox.Text(), "");
   EXPECT_FALSE(p.mnuAbort.Enabled());
 }

@@ -11,7 +11,7 @@ class TextBoxChange : public KeyerFixture {};
 
 TEST_F(TextBoxChange, NothingStartsBeforeStartUpHasFinished) {
   p.CWTextBox.SetText("CQ");  // the keyer has not been started
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_TRUE(TimesOf("keybox green").empty());
 }
 
@@ -19,19 +19,19 @@ TEST_F(TextBoxChange, NothingStartsWithoutAKeyer) {
   StartWithChip("WinKey", "");  // ticked, the port open, but no chip answered
   p.CWTextBox.SetText("CQ");
   EXPECT_EQ(chip.written, std::string("\x00\x02", 2));
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
 }
 
 TEST_F(TextBoxChange, WinKeyRouteHandsOverOnlyWithThePortOpen) {
   StartWithChip("WinKey", "\x0A");
   p.cwControl.SetPortOpen(false);
   p.CWTextBox.SetText("CQ");
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   p.CWTextBox.SetText("");
   p.cwControl.SetPortOpen(true);
   chip.written.clear();
   p.CWTextBox.SetText("CQ");
-  EXPECT_TRUE(cw.Transmitting);
+  EXPECT_TRUE(cw.Transmitting());
   EXPECT_EQ(chip.written, "\x02\x0F" "C");  // the speed, then one character
 }
 

@@ -42,7 +42,7 @@ TEST_F(TextBoxKeys, NewTextGoesToTheEndWhereverTheCaretIs) {
   TypeKeys("x");
   EXPECT_EQ(p.CWTextBox.Text(), "CQX");
   EXPECT_TRUE(p.mnuTX.Enabled());  // on MOX the text waits for TX
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
 }
 
 TEST_F(TextBoxKeys, EnterAddsNothing) {
@@ -59,8 +59,7 @@ TEST_F(TextBoxKeys, ProsignKeysQueueTheirLettersOnTheSoftwareKeyerOnly) {
   TypeKeys("+");
   EXPECT_EQ(p.CWTextBox.Text(), "CQ B^T A^R");
 
-  p.mnuSoftwareKeyer.SetChecked(false);
-  p.mnuWinKey.SetChecked(true);
+  UseChip(winkey::ChipModel::WinKey);
   TypeKeys("!");
   EXPECT_EQ(p.CWTextBox.Text(), "CQ B^T A^R!");
 }
@@ -79,7 +78,7 @@ TEST_F(TextBoxKeys, PageKeysMoveToTheCallAndEscAborts) {
   });
   Run();
   EXPECT_EQ(p.CWTextBox.Text(), "");
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(TimesOf("post 900 0"), std::vector<double>{abortedAt});
 }
 
@@ -89,7 +88,7 @@ TEST_F(TextBoxKeys, BackspaceTakesBackOnlyWhatTheLoopHasNotReached) {
   Press(8, 8);
   EXPECT_EQ(p.CWTextBox.Text(), "C");
 
-  cw.Transmitting = true;
+  cw.Tx = sending::TxState::Sending;
   cw.SendPosition = 1;  // the C is in hand
   Press(8, 8);
   EXPECT_EQ(p.CWTextBox.Text(), "C");

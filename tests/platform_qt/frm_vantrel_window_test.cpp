@@ -80,7 +80,7 @@ TEST_F(FrmVantrelWindowTest, OnMoxTypingDuringAHoldResumesWithoutTx) {
   EXPECT_EQ(KeyEdges(), 0);  // waits for TX
   window.menu("mnuTX").action().trigger();
   EXPECT_EQ(KeyEdges(), 2);
-  EXPECT_TRUE(keyer->cw.WaitingForText);  // held open by Slow Typing
+  EXPECT_TRUE(keyer->cw.WaitingForText());  // held open by Slow Typing
   QTest::keyClicks(&edit, "t");
   EXPECT_EQ(KeyEdges(), 4);
 }

@@ -107,10 +107,10 @@ TEST_F(WindowFitTest, FirstStartShowsTheBoxAllRowsTheSpeedAndBothLampsUnclipped)
 TEST_F(WindowFitTest, TheSpeedStaysWholeWhenItChangesAndTheWindowIsNarrowed) {
   StartSettled();
   QLabel& speed = SpeedText();
-  keyer->core.ShowSpeed(5);
+  keyer->control.ShowSpeed(5);
   QCoreApplication::processEvents();
   const int oneDigit = speed.width();
-  keyer->core.ShowSpeed(99);
+  keyer->control.ShowSpeed(99);
   QCoreApplication::processEvents();
   EXPECT_EQ(speed.text().toStdString(), " Keying speed = 99 WPM");
   EXPECT_GT(speed.width(), oneDigit);

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "sending/sending_core.h"
+#include "sending/software_keyer.h"
 #include "support/keyer_fixture.h"
 
 namespace vantrel::sending {
@@ -82,7 +82,7 @@ TEST_F(ElementTiming, OverheadLargerThanTheGapSkipsItWithoutWaiting) {
 TEST_F(ElementTiming, SidetoneOffMeasuresItselfEvenWhenTheToneIsOff) {
   Start();
   p.clock.SetReadCost(3'000);  // 3 us a reading
-  core.SidetoneOff();
+  software.SidetoneOff();
   EXPECT_EQ(cw.SidetoneOverhead.units, 30);  // 0.003 ms
   EXPECT_TRUE(EventsStartingWith({"sound"}).empty());
 }
@@ -101,10 +101,10 @@ TEST_F(ElementTiming, WaitsOfTwentyMsOrLessNeverPumpEvents) {
   Start();
   bool handled = false;
   At(0, [&] { handled = true; });
-  core.TimedWait(20.0);
+  software.TimedWait(20.0);
   EXPECT_FALSE(handled);
   EXPECT_DOUBLE_EQ(p.clock.NowMs(), 20);
-  core.TimedWait(20.5);
+  software.TimedWait(20.5);
   EXPECT_TRUE(handled);
   EXPECT_DOUBLE_EQ(p.clock.NowMs(), 40.5);
 }
@@ -113,16 +113,16 @@ TEST_F(ElementTiming, AnEventDuringAWaitWaitsForTheNextPump) {
   Start();
   double handledAt = -1;
   At(10, [&] { handledAt = p.clock.NowMs(); });
-  core.TimedWait(60.0);  // pumps at 0 only
+  software.TimedWait(60.0);  // pumps at 0 only
   EXPECT_LT(handledAt, 0);
-  core.TimedWait(30.0);  // pumps at 60
+  software.TimedWait(30.0);  // pumps at 60
   EXPECT_DOUBLE_EQ(handledAt, 60);
 }
 
 TEST_F(ElementTiming, StopSendingEndsAWaitAtOnce) {
   Start();
-  At(0, [&] { cw.StopSending = true; });
-  core.TimedWait(500.0);
+  At(0, [&] { cw.Tx = sending::TxState::Stopping; });
+  software.TimedWait(500.0);
   EXPECT_DOUBLE_EQ(p.clock.NowMs(), 0);
 }
 
@@ -132,7 +132,7 @@ TEST_F(ElementTiming, WithoutTheYieldingBranchEventsArePumpedThroughoutAWait) {
   p.clock.SetReadCost(1'000'000);  // time moves by the readings alone
   double handledAt = -1;
   At(10, [&] { handledAt = p.clock.NowMs(); });
-  core.TimedWait(100.0);
+  software.TimedWait(100.0);
   EXPECT_GE(handledAt, 10);
   EXPECT_LE(handledAt, 12);
 }

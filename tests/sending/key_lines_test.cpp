@@ -41,15 +41,15 @@ TEST_F(KeyLines, ParallelRegisterFollowsTheLinesAndKeepsItsUpperBits) {
 
 TEST_F(KeyLines, StartingOrEndingTwiceDoesNoHarm) {
   Start({{"PTT", "ON"}});
-  core.StartTransmission();
-  core.StartTransmission();
+  software.StartTransmission();
+  software.StartTransmission();
   EXPECT_EQ(LowBits(), 15);
   EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Green);
-  core.EndTransmission();
-  core.EndTransmission();
+  software.EndTransmission();
+  software.EndTransmission();
   EXPECT_EQ(LowBits(), 11);
   EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_TRUE(p.Timer1.Enabled());
 }
 
@@ -125,7 +125,7 @@ TEST_P(UnpluggedSerial, MidCharacterEndsTheTransmissionAndReportsOnce) {
   EXPECT_THAT(EventsStartingWith({"text \"CW"}),
               ElementsAre("text \"CW Port error : Input/output error\""));
   EXPECT_EQ(TimesOf("post 900 1").size(), 2u);
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(p.CWTextBox.Text(), "");
 }
 
@@ -137,7 +137,7 @@ TEST_F(KeyLines, LostParallelPortReportsOnceAndComesBackWhenReopened) {
   At(0, [&] { p.parallel.Unplug(); });
   Run();
   EXPECT_EQ(EventsStartingWith({"text \"CW Port"}).size(), 1u);
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
 }
 
 // Keyer setup's Apply opens the port again, here in the middle of the first
@@ -166,24 +166,24 @@ TEST_P(ReopenedMidElement, EndsTheTransmissionWithBothLinesIdle) {
   EXPECT_EQ(KeyAndPtt(), std::make_pair(false, false));
   EXPECT_EQ(p.KeyBox.Shown(), platform::Picture::Red);
   EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(p.CWTextBox.Text(), "");
   EXPECT_EQ(TimesOf("keybox green").size(), 1u);
 
   // Tune still keys and unkeys, in that order.
-  keyer.core.mnuTune_Click();
+  keyer.control.mnuTune_Click();
   EXPECT_EQ(KeyAndPtt(), std::make_pair(true, true));
-  keyer.core.mnuTune_Click();
+  keyer.control.mnuTune_Click();
   EXPECT_EQ(KeyAndPtt(), std::make_pair(false, false));
 }
 
 TEST_P(ReopenedMidElement, DuringTuneLeavesTuneOff) {
-  keyer.core.mnuTune_Click();
+  keyer.control.mnuTune_Click();
   keyer.lines.OpenKeyerPort();
   EXPECT_EQ(KeyAndPtt(), std::make_pair(false, false));
-  EXPECT_FALSE(cw.TuneActive);
-  EXPECT_FALSE(cw.Transmitting);
-  keyer.core.mnuTune_Click();
+  EXPECT_FALSE(keyer.control.keyer().Tuning());
+  EXPECT_FALSE(cw.Transmitting());
+  keyer.control.mnuTune_Click();
   EXPECT_EQ(KeyAndPtt(), std::make_pair(true, true));
 }
 
@@ -201,7 +201,7 @@ TEST_F(KeyLines, ApplyOfAnotherRouteMidElementIdlesTheRouteLeft) {
   EXPECT_TRUE(p.cwControl.PortOpen());
   EXPECT_FALSE(p.cwControl.DTREnable());
   EXPECT_FALSE(p.cwControl.RTSEnable());
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
 }
 
 INSTANTIATE_TEST_SUITE_P(Routes, ReopenedMidElement, ::testing::Bool(),

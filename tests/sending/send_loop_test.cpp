@@ -25,7 +25,7 @@ TEST_F(SendLoop, TextRunsOutAndTheTransmissionEnds) {
   EXPECT_EQ(colourOfQ, (std::vector<platform::Colour>{kTransmitted, kTransmitting}));
   EXPECT_EQ(TimesOf("keybox green").size(), 8u);  // -.-. --.-
   EXPECT_EQ(p.CWTextBox.Text(), "");
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
 }
 
 TEST_F(SendLoop, SlowTypingHoldsAndResumesAfterAnotherLeadDelay) {
@@ -40,8 +40,8 @@ TEST_F(SendLoop, SlowTypingHoldsAndResumesAfterAnotherLeadDelay) {
   EXPECT_TRUE(TimesOf("pttbox red").empty());
   EXPECT_EQ(p.CWTextBox.Text(), "EE");
   EXPECT_EQ(p.CWTextBox.ColourAt(1), kTransmitted);
-  EXPECT_TRUE(cw.Transmitting);
-  EXPECT_TRUE(cw.WaitingForText);
+  EXPECT_TRUE(cw.Transmitting());
+  EXPECT_TRUE(cw.WaitingForText());
   EXPECT_EQ(cw.ResumePosition, 3);
 }
 
@@ -66,7 +66,7 @@ TEST_P(MarkAtTheStart, KeysNothingChangesNoSpeedAndStays) {
   EXPECT_EQ(p.CWTextBox.Text(), GetParam());
   EXPECT_EQ(cw.WPM, 20);
   EXPECT_TRUE(TimesOf("keybox green").empty());
-  EXPECT_TRUE(cw.Transmitting);  // held, waiting for more text
+  EXPECT_TRUE(cw.Transmitting());  // held, waiting for more text
 }
 
 INSTANTIATE_TEST_SUITE_P(JoinAndSpeedMarks, MarkAtTheStart,
@@ -123,19 +123,19 @@ TEST_F(SendLoop, NordicLettersKeyOnlyInTheirLanguages) {
 TEST_F(SendLoop, AbortInMidCharacterKeysTheRestWithPttAlreadyOff) {
   Start({{"PTT", "ON"}, {"Slow Typing", "OFF"}});
   At(0, [&] { p.CWTextBox.SetText("MEET"); });
-  At(100, [&] { core.mnuabort_click(); });  // during M's first dash
+  At(100, [&] { control.mnuabort_click(); });  // during M's first dash
   Run();
   EXPECT_EQ(EventsStartingWith({"key", "ptt"}),
             (std::vector<std::string>{"pttbox green", "keybox green", "pttbox red", "keybox red", "keybox green",
                                       "keybox red", "pttbox red"}));  // the loop's own end, again
   EXPECT_EQ(p.CWTextBox.Text(), "");
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
 }
 
 TEST_F(SendLoop, AbortOnTheLastCharacterSendsNothingMore) {
   Start({{"Slow Typing", "OFF"}});
   At(0, [&] { p.CWTextBox.SetText("TT"); });
-  At(400, [&] { core.mnuabort_click(); });  // during the second T
+  At(400, [&] { control.mnuabort_click(); });  // during the second T
   Run();
   EXPECT_EQ(TimesOf("keybox green").size(), 2u);
   EXPECT_EQ(p.CWTextBox.Text(), "");
@@ -145,7 +145,7 @@ TEST_F(SendLoop, TextTypedWhileDrainingAfterAnAbortGoesOutAfterwards) {
   Start({{"Slow Typing", "OFF"}});
   At(0, [&] { p.CWTextBox.SetText("TEST"); });
   At(100, [&] {
-    core.mnuabort_click();
+    control.mnuabort_click();
     Type("E");
   });
   Run();
@@ -166,12 +166,12 @@ TEST_F(SendLoop, PollsTheLoggerBetweenCharactersOnly) {
 
 TEST_F(SendLoop, MarkingLeavesUnsentTextInTheTypingColour) {
   Start();
-  p.mnuSoftwareKeyer.SetChecked(false);  // text alone, no transmission
+  keyer.form.mnuSoftwareKeyer_Click();  // no keyer ticked: text alone, no transmission
   p.CWTextBox.SetText("AB");
-  core.MarkSendPosition(1);
+  text.MarkSendPosition(1);
   EXPECT_EQ(p.CWTextBox.ColourAt(0), kTransmitting);
   EXPECT_EQ(p.CWTextBox.InsertColour(), kUnsent);
-  core.MarkSendPosition(3);  // one beyond the end: all sent
+  text.MarkSendPosition(3);  // one beyond the end: all sent
   EXPECT_EQ(p.CWTextBox.ColourAt(1), kTransmitted);
   EXPECT_EQ(p.CWTextBox.InsertColour(), kTransmitting);
   EXPECT_EQ(p.CWTextBox.SelStart(), 2);
@@ -182,12 +182,12 @@ class WinKeyRoute : public KeyerFixture {
  protected:
   void SetUp() override {
     StartWithChip("WinKey", "\x0A");
-    cw.Transmitting = true;
+    cw.Tx = sending::TxState::Sending;
   }
   std::string StepAt(const std::string& text, int16_t position) {
     p.CWTextBox.SetText(text);
     chip.written.clear();
-    core.NextCharacter(position);
+    keyer.winKey.Feed(position);
     return chip.written;
   }
 };
@@ -226,14 +226,14 @@ TEST_F(WinKeyRoute, AnalogSpeedKeepsMarksFromTheChip) {
 
 TEST_F(WinKeyRoute, NothingLeftToSendAbortsWithoutMarking) {
   EXPECT_EQ(StepAt("A!", 2), std::string("\x1C\x14"));  // the abort restores the chip's speed
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(p.CWTextBox.Text(), "");
 }
 
 TEST_F(SendLoop, EveryMarkShowsWhatIsSentAndInHandWhateverTheEdits) {
   Start({{"Slow Typing", "OFF"}});
   std::vector<std::string> wrong;
-  core.OnMark([&](int16_t position) {
+  text.OnMark([&](int16_t position) {
     const std::string text = p.CWTextBox.Text();
     for (int i = 0; i < std::min<int>(position, static_cast<int>(text.size())); ++i) {
       const platform::Colour want = i + 1 < position ? kTransmitted : kTransmitting;

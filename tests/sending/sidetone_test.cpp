@@ -45,8 +45,8 @@ TEST_F(Sidetone, CreationRunsItsStepsInOrderAndEveryCallRebuilds) {
                           "sound volume -10000"));
   // A new frequency sounds only once the tone is built again.
   cw.SidetoneFrequency = 1000;
-  core.SidetoneOn();
-  core.SidetoneOff();
+  software.SidetoneOn();
+  software.SidetoneOff();
   EXPECT_EQ(sound().lastDescription.bytes, 46500);
   keyer.sidetone.CreateSidetone();
   EXPECT_EQ(sound().lastDescription.bytes, 33000);

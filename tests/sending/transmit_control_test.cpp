@@ -35,7 +35,7 @@ TEST_F(TransmitControl, IdleControlsChangeInTheirOrder) {
 TEST_F(TransmitControl, MoxWaitsForTheCommand) {
   Start({{"Keying", "MOX"}, {"Slow Typing", "OFF"}});
   At(0, [&] { Type("EE"); });
-  At(1000, [&] { core.mnuTX_Click(); });
+  At(1000, [&] { control.mnuTX_Click(); });
   Run();
   const auto downs = TimesOf("keybox green");
   ASSERT_EQ(downs.size(), 2u);
@@ -46,7 +46,7 @@ TEST_F(TransmitControl, MoxWaitsForTheCommand) {
 TEST_F(TransmitControl, MoxResumesAHoldWithoutTheCommand) {
   Start({{"Keying", "MOX"}});
   At(0, [&] { Type("E"); });
-  At(10, [&] { core.mnuTX_Click(); });
+  At(10, [&] { control.mnuTX_Click(); });
   At(5000, [&] { Type("E"); });
   Run();
   EXPECT_EQ(TimesOf("keybox green").size(), 2u);
@@ -63,18 +63,18 @@ TEST_F(TransmitControl, DisablePollingFollowsBothNotifications) {
 TEST_F(TransmitControl, AbortDuringAHoldEndsEverything) {
   Start({{"PTT", "ON"}});
   At(0, [&] { Type("E"); });
-  At(1000, [&] { core.mnuabort_click(); });
+  At(1000, [&] { control.mnuabort_click(); });
   Run();
   EXPECT_DOUBLE_EQ(TimesOf("pttbox red").at(0), 1000);
   EXPECT_EQ(p.CWTextBox.Text(), "");
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
 }
 
 TEST_F(TransmitControl, AbortRestoresTheSavedSpeed) {
   Start();
   At(0, [&] { Type("E\xBB\xBB"
                    "EEEE"); });
-  At(500, [&] { core.mnuabort_click(); });
+  At(500, [&] { control.mnuabort_click(); });
   Run();
   EXPECT_EQ(cw.WPM, 20);
   EXPECT_EQ(cw.DotTime, 60);
@@ -83,8 +83,8 @@ TEST_F(TransmitControl, AbortRestoresTheSavedSpeed) {
 
 TEST_F(TransmitControl, TuneHoldsTheKeyWithoutLeadDelayAndAbortReleasesIt) {
   Start({{"PTT", "ON"}, {"SideTone", "ON"}});
-  At(0, [&] { core.mnuTune_Click(); });
-  At(3000, [&] { core.mnuabort_click(); });
+  At(0, [&] { control.mnuTune_Click(); });
+  At(3000, [&] { control.mnuabort_click(); });
   Run();
   EXPECT_EQ(EventsStartingWith({"key", "ptt", "sound volume"}),
             (std::vector<std::string>{"pttbox green", "keybox green", "sound volume 0",
@@ -92,39 +92,39 @@ TEST_F(TransmitControl, TuneHoldsTheKeyWithoutLeadDelayAndAbortReleasesIt) {
                                       "pttbox red",  // Tune's own end, from inside the Abort
                                       "keybox red", "sound volume -10000"}));
   EXPECT_DOUBLE_EQ(TimesOf("keybox red").at(0), 3000);
-  EXPECT_FALSE(cw.TuneActive);
+  EXPECT_FALSE(keyer.control.keyer().Tuning());
   EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
 }
 
 TEST_F(TransmitControl, TuneDoesNotSendTheTextAndItsEndRemovesIt) {
   Start();
-  p.mnuSoftwareKeyer.SetChecked(false);
+  keyer.form.mnuSoftwareKeyer_Click();
   p.CWTextBox.SetText("CQ");
-  p.mnuSoftwareKeyer.SetChecked(true);
-  core.mnuTune_Click();
-  core.mnuTune_Click();
+  keyer.form.mnuSoftwareKeyer_Click();
+  control.mnuTune_Click();
+  control.mnuTune_Click();
   EXPECT_EQ(TimesOf("keybox green").size(), 1u);
   EXPECT_EQ(p.CWTextBox.Text(), "");
 }
 
 TEST_F(TransmitControl, TuneOnTheWinKeyRouteIsACommandToTheChip) {
   StartWithChip("WinKey2", "\x17");
-  core.mnuTune_Click();
-  core.mnuTune_Click();
+  control.mnuTune_Click();
+  control.mnuTune_Click();
   EXPECT_EQ(EventsStartingWith({"winkey", "key"}),
             (std::vector<std::string>{"winkey 0B 01", "winkey 0B 00"}));
 }
 
 TEST_F(TransmitControl, KeyingModeClicksTickOneAndWriteTheSetting) {
   Start();
-  core.mnuVOX_Click();  // already ticked: nothing
+  control.mnuVOX_Click();  // already ticked: nothing
   EXPECT_TRUE(EventsStartingWith({"menu"}).empty());
-  core.mnuMOX_Click();
+  control.mnuMOX_Click();
   EXPECT_TRUE(p.mnuMOX.Checked());
   EXPECT_FALSE(p.mnuVOX.Checked());
   EXPECT_FALSE(p.mnuTX.Enabled());  // nothing in the box to send
   EXPECT_EQ(StoredSetting("FRMVANTREL SETTINGS", "keying"), "MOX");
-  core.mnuVOX_Click();
+  control.mnuVOX_Click();
   EXPECT_EQ(StoredSetting("frmVantrel Settings", "Keying"), "VOX");
 }
 

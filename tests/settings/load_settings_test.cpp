@@ -44,7 +44,7 @@ class LoadSettingsTest : public ::testing::Test {
   winkey::WinKeySettings& wk = keyer.winKeySettings;
   CountingPump pump;
   int srxClicks = 0;
-  SettingsHolders holders{cw, window, macros, wk, p.controls, keyer.core, pump, [this] { ++srxClicks; }};
+  SettingsHolders holders{cw, window, macros, wk, p.controls, keyer.control, pump, [this] { ++srxClicks; }};
 };
 
 TEST_F(LoadSettingsTest, FirstStartPutsEveryDefaultInForce) {

@@ -62,7 +62,7 @@ class Calibration : public ::testing::Test {
                      {folder.path(), ""}};
   platform::memory::MemorySerialPortList ports;
   platform::memory::MemoryKeyerSetup dialog{p.trace, p.queue};
-  FrmPort frmPort{dialog.controls(), SetupNeighbours{keyer.cw, keyer.core, keyer.lines, keyer.sidetone,
+  FrmPort frmPort{dialog.controls(), SetupNeighbours{keyer.cw, keyer.software, keyer.control, keyer.lines, keyer.sidetone,
                                                      keyer.store, keyer.calibration, ports}};
   platform::memory::MemoryCalibrateForm& result = dialog.frmCalibrate;
 };
@@ -78,9 +78,9 @@ TEST_F(Calibration, AFastRunShowsExactlyTheNominalFiguresAndChangesNothing) {
   EXPECT_NE(text.find("adding 0.0% to"), std::string::npos);
   EXPECT_NE(text.find("that at 20 WPM, you are actually sending at 20 WPM."), std::string::npos);
   EXPECT_EQ(keyer.cw.WPM, 25);
-  EXPECT_EQ(keyer.cw.DotTime, keyer.core.ComputeDotLength(25));
+  EXPECT_EQ(keyer.cw.DotTime, keyer.cw.DotLength(25));
   EXPECT_EQ(p.sBar.Caption(), " Keying speed = 25 WPM");
-  EXPECT_FALSE(keyer.cw.Transmitting);
+  EXPECT_FALSE(keyer.cw.Transmitting());
   EXPECT_EQ(File(), before);
   EXPECT_TRUE(dialog.ARButton1.Enabled());
 }
@@ -124,7 +124,7 @@ TEST_F(Calibration, StopTestEndsTheRunWithoutAResult) {
   At(5000, [&] { dialog.btnStopTest.Click(); });
   dialog.ARButton1.Click();
   EXPECT_FALSE(result.window.open);
-  EXPECT_FALSE(keyer.cw.Transmitting);
+  EXPECT_FALSE(keyer.cw.Transmitting());
   EXPECT_LT(p.clock.NowMs(), 6000);
   EXPECT_TRUE(dialog.ARButton1.Enabled());
   EXPECT_FALSE(dialog.btnStopTest.Enabled());
@@ -132,7 +132,7 @@ TEST_F(Calibration, StopTestEndsTheRunWithoutAResult) {
 
 TEST_F(Calibration, MainWindowAbortStillReportsAsAFullMinute) {
   Start();
-  At(5000, [&] { keyer.core.mnuabort_click(); });
+  At(5000, [&] { keyer.control.mnuabort_click(); });
   dialog.ARButton1.Click();
   ASSERT_TRUE(result.window.open);
   EXPECT_EQ(Label(result.Label1), "Elapsed time 60.000000000000 seconds");

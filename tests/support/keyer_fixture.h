@@ -45,6 +45,13 @@ class KeyerFixture : public ::testing::Test {
     Start(settings);
   }
 
+  // The chip as the keyer in use, without the menu's discovery: for what the
+  // chip is told.
+  void UseChip(winkey::ChipModel model) {
+    keyer.winKey.SetModel(model);
+    keyer.control.Use(keyer.winKey);
+  }
+
   // A value as the settings file holds it now.
   std::string StoredSetting(const std::string& section, const std::string& key) {
     return p.files.GetPrivateProfileString(section, key, "", 2000, keyer.store.SettingsFilePath);
@@ -77,7 +84,9 @@ class KeyerFixture : public ::testing::Test {
   ScriptedChip chip{""};
   app::Vantrel keyer{p.platform(), {kDirectory, ""}};
   sending::CwState& cw = keyer.cw;
-  sending::SendingCore& core = keyer.core;
+  sending::TransmitControl& control = keyer.control;
+  sending::SoftwareKeyer& software = keyer.software;
+  sending::SendText& text = keyer.text;
 };
 
 }  // namespace vantrel::testing

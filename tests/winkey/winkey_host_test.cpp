@@ -95,7 +95,7 @@ TEST_F(WinKeyHostTest, OnlyTheFirstOfSeveralReplyBytesIsLookedAt) {
   StartWithChip("WinKey", "\x0A\x43\xC2");
   EXPECT_TRUE(state.WinKeyOpen);
   EXPECT_FALSE(state.PaddleBreakIn);
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
   EXPECT_EQ(p.cwControl.InBufferCount(), 0);
 }
@@ -108,7 +108,7 @@ TEST_F(WinKeyHostTest, NoReplyIsWaitedForHalfASecondAfterTheSettling) {
 
 TEST_F(WinKeyHostTest, WithNeitherMenuTickedAnyChipIsTakenAndSilenceSaysNothing) {
   StartWithChip("WinKey", kWinKey);
-  p.mnuWinKey.SetChecked(false);
+  keyer.winKey.SetModel(ChipModel::None);
   chip.reply = "\x14";
   Wire();
   keyer.winKey.OpenWinKeyPort();  // the port is open: no settling again
@@ -150,7 +150,7 @@ TEST_F(WinKeyHostTest, EchoAndStatusBytesPaceTheRunOneCharacterAhead) {
   FromChip("\xC4");  // busy: counts as an echo and hands over the Q
   EXPECT_EQ(Wire(), "51");
   FromChip("\x43");  // past the end: the run closes
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(p.CWTextBox.Text(), "");
   EXPECT_EQ(Wire(), "02 0F");
   FromChip("\x51\xC0");  // each runs the end branch again
@@ -174,11 +174,11 @@ TEST_F(WinKeyHostTest, BreakInLightsPttAndItsEndStepsOn) {
   StartWithChip("WinKey", kWinKey);
   Wire();
   FromChip("\xC2");
-  EXPECT_TRUE(cw.Transmitting);
+  EXPECT_TRUE(cw.Transmitting());
   EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Green);
   FromChip("\xC0");  // from idle: the empty box closes the paddle's run
   EXPECT_EQ(p.PTTBox.Shown(), platform::Picture::Red);
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   FromChip("\xC0");
   EXPECT_EQ(EventsStartingWith({"pttbox"}), (std::vector<std::string>{"pttbox green", "pttbox red"}));
   EXPECT_EQ(Wire(), "02 14 02 14");  // the "WPM" setting, which SavedWPM still holds
@@ -195,7 +195,7 @@ TEST_P(PaddleInsert, CancelsTheMacroOrLetsItGoOn) {
   FromChip("\xC2");
   EXPECT_EQ(p.CWTextBox.Text(), cancels ? "" : "CQ DE");
   FromChip("\xC0");
-  EXPECT_EQ(cw.Transmitting, !cancels);
+  EXPECT_EQ(cw.Transmitting(), !cancels);
   EXPECT_EQ(Wire(), cancels ? "02 0F" : "20");
 }
 
@@ -260,7 +260,7 @@ TEST_F(WinKeyHostTest, ToTheSoftwareKeyerWithNoChipOpenTakesItsOwnSpeed) {
   EXPECT_EQ(p.frmVantrel.Caption(), "Vantrel - Software");
   EXPECT_EQ(StoredSetting("frmVantrel Settings", "Keyer to Use"), "Software");
   EXPECT_EQ(cw.WPM, 25);
-  EXPECT_EQ(cw.DotTime, core.ComputeDotLength(25));
+  EXPECT_EQ(cw.DotTime, cw.DotLength(25));
 }
 
 TEST_F(WinKeyHostTest, ToTheSoftwareKeyerClosesAnOpenChipsHost) {
@@ -277,10 +277,10 @@ TEST_F(WinKeyHostTest, AChipThatFallsSilentInARunIsGivenUpAfterItsBound) {
   At(1, [&] { Wire(); });
   // Each byte from the chip starts the bound again.
   At(6000, [&] { FromChip("\x43"); });
-  At(6000 + WinKeyHost::kSilenceMs - 300, [&] { EXPECT_TRUE(cw.Transmitting); });
+  At(6000 + WinKeyHost::kSilenceMs - 300, [&] { EXPECT_TRUE(cw.Transmitting()); });
   At(6000 + WinKeyHost::kSilenceMs + 300, [] {});
   Run();
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(p.CWTextBox.Text(), "WinKey did not answer for 10 s: sending stopped");
   // The Q went out on the echo; then only Clear Buffer.
   EXPECT_EQ(Wire(), "51 0A");
@@ -296,7 +296,7 @@ TEST_F(WinKeyHostTest, AChipThatVanishesEndsTheRunWithOneReport) {
   Type("CQ");
   p.cwControl.Unplug();
   p.cwControl.Arrive();
-  EXPECT_FALSE(cw.Transmitting);
+  EXPECT_FALSE(cw.Transmitting());
   EXPECT_EQ(p.CWTextBox.Text(), "CW Port error : Input/output error");
   EXPECT_TRUE(p.mnuTX.Enabled());
   keyer.winKey.WriteWinKey("A");

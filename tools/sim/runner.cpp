@@ -77,7 +77,7 @@ class Session {
         });
     link_->Attach(keyer_->link, *linkWindow_, keyer_->winKey);
     app::Vantrel& keyer = *keyer_;
-    daemon_.emplace(cwdaemon::DaemonNeighbours{keyer.cw, p.controls, keyer.core, keyer.lines, keyer.winKey,
+    daemon_.emplace(cwdaemon::DaemonNeighbours{keyer.cw, p.controls, keyer.control, keyer.text,
                                                keyer.form, keyer.store},
                     real_ ? static_cast<platform::DatagramSocket&>(real_->udp)
                           : static_cast<platform::DatagramSocket&>(datagrams_),
@@ -242,10 +242,11 @@ void Session::Resize(float width, float height) {
 // Every entry of the window's menu tree, by its name there.
 void Session::Menu(const std::string& name) {
   if (name == "mnuPort") {
-    if (p_.mnuSoftwareKeyer.Checked()) {
+    const mainwindow::KeyerKind chosen = keyer_->form.KeyerChosen();
+    if (chosen == mainwindow::KeyerKind::Software) {
       OpenPortDialog();
     } else {
-      OpenChipDialog(p_.mnuWinKey2.Checked());
+      OpenChipDialog(chosen == mainwindow::KeyerKind::WinKey2);
     }
   } else if (name == "mnuInsKey") {
     OpenAssignKeyDialog();
@@ -294,7 +295,7 @@ void Session::OpenPortDialog() {
   if (!p_.mnuSoftwareKeyer.Checked()) return;
   if (!setup_) {
     setup_.emplace(p_.trace, p_.queue);
-    frmPort_.emplace(setup_->controls(), setup::SetupNeighbours{keyer.cw, keyer.core, keyer.lines, keyer.sidetone,
+    frmPort_.emplace(setup_->controls(), setup::SetupNeighbours{keyer.cw, keyer.software, keyer.control, keyer.lines, keyer.sidetone,
                                                                 keyer.store, keyer.calibration, Ports()});
   }
   if (setup_->frmPort.open) return;
@@ -306,7 +307,10 @@ void Session::OpenPortDialog() {
 // As Keyer setup does on a chip: the WinKey2's dialog with WinKey2 ticked,
 // the WinKey's with WinKey or no keyer ticked.
 void Session::OpenChipDialog(bool winKey2) {
-  if (p_.mnuSoftwareKeyer.Checked() || p_.mnuWinKey2.Checked() != winKey2) return;
+  const mainwindow::KeyerKind chosen = keyer_->form.KeyerChosen();
+  if (chosen == mainwindow::KeyerKind::Software || (chosen == mainwindow::KeyerKind::WinKey2) != winKey2) {
+    return;
+  }
   ChipDialog& dialog = winKey2 ? winKey2Dialog_ : winKeyDialog_;
   if (dialog.controls && dialog.controls->form.open) return;
   app::Vantrel& keyer = *keyer_;
@@ -458,7 +462,7 @@ void Session::Apply(const ScriptEvent& event) {
     // Looks again a little later for as long as something goes out or a loop waits.
     constexpr int64_t kLookAgainNs = 200'000'000;
     const sending::CwState& cw = keyer.cw;
-    if ((cw.Transmitting && !cw.WaitingForText) || cw.LoopDelay > 0) {
+    if (cw.Tx == sending::TxState::Sending || cw.LoopDelay > 0) {
       p_.queue.Post(p_.queue.time().NowNs() + kLookAgainNs, [this, &event] { Apply(event); });
     }
   } else if (event.verb == "chip") {
@@ -502,7 +506,7 @@ void Run(const RunOptions& options, const std::vector<ScriptEvent>& events,
       keyer.store.WriteSetting(settings::SectionOf(key), key, value);
     }
   }
-  keyer.core.OnMark([&p](int16_t position) { p.trace.Emit("mark " + std::to_string(position)); });
+  keyer.text.OnMark([&p](int16_t position) { p.trace.Emit("mark " + std::to_string(position)); });
   keyer.mMacros.OnNotice([&p](const std::string& notice) { p.trace.Emit(notice); });
   keyer.winKey.OnWrite([&p](const std::string& bytes) { p.trace.Emit("winkey " + platform::memory::Trace::Hex(bytes)); });
   keyer.form.Form_Load();
