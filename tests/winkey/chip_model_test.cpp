@@ -97,6 +97,15 @@ TEST(ChipModel, CommandArgumentsAreNotTakenForText) {
   Send(chip, {0x09, 'A', 0x04, 'B', 'C', 0x00, 0x04, 'Z'}, 0);
   EXPECT_EQ(chip.Buffered(), 0u);
   EXPECT_EQ(chip.TakeOutput(), Bytes{'Z'});  // the admin echo test
+  // Sub-commands that carry a byte: a stored message's number, a pointer's
+  // position; the pointer's reset carries none.
+  Send(chip, {0x00, 0x0E, 0x01, 0x00, 0x04, 'Y'}, 0);
+  EXPECT_EQ(chip.TakeOutput(), Bytes{'Y'});
+  Send(chip, {0x16, 0x01, 'Q', 0x16, 0x00}, 0);
+  SendText(chip, "", 0);
+  EXPECT_EQ(chip.Buffered(), 0u);
+  Send(chip, {0x00, 0x04, 'X'}, 0);
+  EXPECT_EQ(chip.TakeOutput(), Bytes{'X'});
 }
 
 }  // namespace

@@ -366,7 +366,9 @@ void Session::LoggerWrites(loggerlink::LinkSlot slot, const std::string& text) {
 winkeysim::ChipOptions Session::ChipOptionsFor(const RunOptions& options) {
   winkeysim::ChipOptions chip;
   for (const auto& [key, value] : options.settings) {
-    if (vb::UCase(key) == "KEYER TO USE") chip.revision = vb::UCase(value) == "WINKEY2" ? 23 : 10;
+    if (vb::UCase(key) != "KEYER TO USE") continue;
+    chip.revision = vb::UCase(value) == "WINKEY2" ? winkeysim::chip::kWinKey2Revision
+                                                  : winkeysim::chip::kWinKeyRevision;
   }
   if (options.chipRevision) chip.revision = *options.chipRevision;
   return chip;

@@ -3,27 +3,20 @@
 #include <algorithm>
 #include <utility>
 
-#include "sending/morse_table.h"
-#include "winkey/winkey_protocol.h"
+#include "chip_protocol.h"
 
 namespace vantrel::winkeysim {
 
-namespace p = winkey::protocol;
-
 namespace {
 constexpr size_t kBufferSize = 128;
-constexpr int16_t kEnglish = 1033;
-
-// Argument bytes after an admin sub-command; those not listed take none.
-size_t AdminArguments(uint8_t sub) { return sub == p::kAdminEcho ? 1 : 0; }
 }  // namespace
 
 void ChipModel::Receive(uint8_t byte, double nowMs) {
   Advance(nowMs);
   if (command_ >= 0) {
     arguments_.push_back(byte);
-    // An admin command learns its length from its sub-command.
-    if (command_ == p::kAdmin && arguments_.size() == 1) wanted_ = 1 + AdminArguments(byte);
+    // Admin and pointer commands learn their length from their sub-command.
+    if (arguments_.size() == 1) wanted_ += chip::SubArguments(static_cast<uint8_t>(command_), byte);
     if (arguments_.size() < wanted_) return;
     const auto command = static_cast<uint8_t>(command_);
     command_ = -1;
@@ -32,7 +25,7 @@ void ChipModel::Receive(uint8_t byte, double nowMs) {
   }
   if (byte < 0x20) {
     command_ = byte;
-    wanted_ = byte == p::kAdmin ? 1 : p::kArguments[byte];
+    wanted_ = chip::kArgumentBytes[byte];
     arguments_.clear();
     if (wanted_ == 0) {
       command_ = -1;
@@ -49,36 +42,36 @@ void ChipModel::Receive(uint8_t byte, double nowMs) {
 
 void ChipModel::Command(uint8_t command, const std::vector<uint8_t>& a, double nowMs) {
   switch (command) {
-    case p::kAdmin:
+    case chip::kAdmin:
       Admin(a[0], a);
-      if (a[0] == p::kAdminHostOpen && options_.answers) {
+      if (a[0] == chip::kHostOpen && options_.answers) {
         answerAtMs_ = nowMs + options_.answerDelayMs;
         Advance(nowMs);
       }
       break;
-    case p::kSpeed:
+    case chip::kSetWpmSpeed:
       potSpeed_ = a[0] == 0;
       if (!potSpeed_) speed_ = a[0];
       break;
-    case p::kGetSpeedPot:
+    case chip::kGetSpeedPot:
       output_.push_back(static_cast<uint8_t>(
-          p::kPotClass | ((static_cast<int>(options_.potWpm) - speedMin_) & p::kPotValueMask)));
+          chip::kPotTag | ((static_cast<int>(options_.potWpm) - speedMin_) & chip::kPotMask)));
       break;
-    case p::kClearBuffer:
+    case chip::kClearBuffer:
       buffer_.clear();
       keying_ = false;
       SendStatus();
       break;
-    case p::kKeyImmediate:
+    case chip::kKeyImmediate:
       tuning_ = a[0] != 0;
       SendStatus();
       break;
-    case p::kLoadDefaults:
-      echo_ = (a[0] & 0x04) != 0;
-      speed_ = a[1];
-      speedMin_ = a[6];
+    case chip::kLoadDefaults:
+      echo_ = (a[chip::kDefaultsMode] & chip::kModeSerialEcho) != 0;
+      speed_ = a[chip::kDefaultsSpeed];
+      speedMin_ = a[chip::kDefaultsMinWpm];
       break;
-    case p::kRequestStatus:
+    case chip::kRequestStatus:
       output_.push_back(Status());
       break;
     default:
@@ -87,13 +80,13 @@ void ChipModel::Command(uint8_t command, const std::vector<uint8_t>& a, double n
 }
 
 void ChipModel::Admin(uint8_t sub, const std::vector<uint8_t>& a) {
-  if (sub == p::kAdminHostOpen) hostOpen_ = true;
-  if (sub == p::kAdminHostClose) {
+  if (sub == chip::kHostOpen) hostOpen_ = true;
+  if (sub == chip::kHostClose) {
     hostOpen_ = false;
     buffer_.clear();
     keying_ = false;
   }
-  if (sub == p::kAdminEcho) output_.push_back(a[1]);
+  if (sub == chip::kEchoTest) output_.push_back(a[1]);
 }
 
 void ChipModel::Advance(double nowMs) {
@@ -130,7 +123,7 @@ void ChipModel::Paddle(double nowMs) {
 void ChipModel::TurnPot(double wpm) {
   options_.potWpm = wpm;
   if (hostOpen_) output_.push_back(static_cast<uint8_t>(
-      p::kPotClass | ((static_cast<int>(wpm) - speedMin_) & p::kPotValueMask)));
+      chip::kPotTag | ((static_cast<int>(wpm) - speedMin_) & chip::kPotMask)));
 }
 
 void ChipModel::StartNext(double nowMs) {
@@ -146,20 +139,20 @@ void ChipModel::StartNext(double nowMs) {
 double ChipModel::CharacterMs(uint8_t character) const {
   const int wpm = potSpeed_ ? static_cast<int>(options_.potWpm) : std::max(speed_, 5);
   const double dotMs = 1200.0 / wpm;
-  if (character == ' ') return 4 * dotMs;
-  if (character == '|') return dotMs / 2;
-  const std::string code = sending::CharToMorse(static_cast<char>(character), kEnglish);
+  if (character == chip::kWordSpace) return 4 * dotMs;
+  if (character == chip::kHalfSpace) return dotMs / 2;
+  const std::string_view code = chip::Morse(character);
   double dots = 3;
   for (const char element : code) dots += element == '-' ? 4 : 2;
   return (code.empty() ? 0 : dots - 1) * dotMs;
 }
 
 uint8_t ChipModel::Status() const {
-  uint8_t status = p::kStatusClass;
-  if (keying_ || !buffer_.empty()) status |= p::kStatusBusy;
-  if (buffer_.size() > kBufferSize * 2 / 3) status |= p::kStatusXoff;
-  if (breakIn_) status |= p::kStatusBreakIn;
-  if (tuning_) status |= p::kStatusKeyDown;
+  uint8_t status = chip::kStatusTag;
+  if (keying_ || !buffer_.empty()) status |= chip::kStatusBusy;
+  if (buffer_.size() > kBufferSize * 2 / 3) status |= chip::kStatusXoff;
+  if (breakIn_) status |= chip::kStatusBreakin;
+  if (tuning_) status |= chip::kStatusKeydown;
   return status;
 }
 

@@ -9,10 +9,12 @@
 #include <string>
 #include <vector>
 
+#include "chip_protocol.h"
+
 namespace vantrel::winkeysim {
 
 struct ChipOptions {
-  uint8_t revision = 10;    // 20 and up is a WinKey2
+  uint8_t revision = chip::kWinKeyRevision;
   bool answers = true;      // false: host open gets no reply
   double answerDelayMs = 0;  // the reply to host open comes this late
   bool garbage = false;     // host open is answered with junk before the revision
@@ -64,7 +66,7 @@ class ChipModel {
   uint8_t keyingNow_ = 0;
   double keyedUntilMs_ = 0;
   double answerAtMs_ = -1;
-  uint8_t lastStatus_ = 0xC0;
+  uint8_t lastStatus_ = chip::kStatusTag;
   std::vector<uint8_t> output_;
 };
 

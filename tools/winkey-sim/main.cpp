@@ -68,7 +68,7 @@ int main(int argc, char** argv) {
       std::puts("winkey-sim " VANTREL_VERSION);
       return 0;
     }
-    if (arg == "--winkey2") options.revision = 23;
+    if (arg == "--winkey2") options.revision = vantrel::winkeysim::chip::kWinKey2Revision;
     else if (arg == "--revision" && hasValue) options.revision = static_cast<uint8_t>(std::atoi(argv[++i]));
     else if (arg == "--no-answer") options.answers = false;
     else if (arg == "--late" && hasValue) options.answerDelayMs = std::atof(argv[++i]);
