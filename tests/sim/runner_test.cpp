@@ -364,10 +364,8 @@ TEST(Runner, TheChipDialogOfTheKeyerInUseRefusesAWidePotThenUploads) {
   EXPECT_THAT(lines, Not(Contains(::testing::HasSubstr("frmWinKey2Config"))));
   EXPECT_EQ(CountOf(lines, "2000.000 frmWinKeyConfig Label21 \"1:3\""), 1);
   EXPECT_EQ(CountOf(lines, "2010.000 frmWinKeyConfig Label18 \"50 WPM\""), 1);
-  EXPECT_EQ(CountOf(lines, "2020.000 frmWinKeyConfig msgbox \"Invalise Speed Pot settings\" \"The Speed Pot Max "
-                           "and Min values are incorrect.  The current values show Max of 50 and Min of 15.  The "
-                           "difference between Max and Min settings must be 31 or less.\""),
-            1);
+  // The refusal's words are the window test's; here, that the run shows it.
+  EXPECT_THAT(lines, Contains(::testing::StartsWith("2020.000 frmWinKeyConfig msgbox \"Invalise Speed Pot")));
   EXPECT_EQ(CountOf(lines, "2020.000 setting \"WinKey Settings\" \"WinKey Speed Max\" \"50\""), 0);
   EXPECT_EQ(CountOf(lines, "2040.000 setting \"WinKey Settings\" \"WinKey Speed Max\" \"50\""), 1);
   EXPECT_EQ(CountOf(lines, "2040.000 winkey 00 02"), 1);
