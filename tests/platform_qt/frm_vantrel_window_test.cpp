@@ -182,29 +182,6 @@ TEST_F(FrmVantrelWindowTest, MenuTreeHasItsEntriesUnderTheirMenusNumberedAsInMem
   EXPECT_EQ(appearance->actions().size(), 8);
 }
 
-TEST_F(FrmVantrelWindowTest, InsKeyDialogShowsTheCurrentKeyAndOneClickStoresAndCloses) {
-  Start();
-  window.menu("mnuInsKey").action().trigger();
-  QPointer<QWidget> dialog;
-  for (QWidget* widget : QApplication::topLevelWidgets()) {
-    if (widget->windowTitle() == "Assign INS Key" && widget->isVisible()) dialog = widget;
-  }
-  ASSERT_TRUE(dialog);
-  auto* list = dialog->findChild<QListWidget*>();
-  ASSERT_NE(list, nullptr);
-  ASSERT_EQ(list->count(), 36);
-  EXPECT_EQ(list->currentRow(), 0);  // F1, as the default says
-  EXPECT_EQ(Stored("Insert Key"), "");
-
-  QListWidgetItem* altF3 = list->item(14);
-  list->scrollToItem(altF3);
-  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(altF3).center());
-  EXPECT_EQ(keyer->window.InsertKeyCode, 126);
-  EXPECT_EQ(Stored("Insert Key"), "126");
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  EXPECT_FALSE(dialog);
-}
-
 TEST_F(FrmVantrelWindowTest, MacroButtonsFireOnTheLeftButtonOnly) {
   keyer->store.LocateSettingsFile(kDirectory, "");
   keyer->store.WriteSetting(settings::kMainSection, "Keying", "MOX");
@@ -268,28 +245,43 @@ TEST_F(FrmVantrelWindowTest, ButtonsShowTheirWholePlainLookFromTheStart) {
 }
 
 
-TEST_F(FrmVantrelWindowTest, InsKeyDialogOpensOnceAtItsDesignSizeAndTheKeysPick) {
+TEST_F(FrmVantrelWindowTest, InsKeyDialogOpensOnceAtItsDesignSizeAndAKeyOrAClickPicks) {
   Start();
-  const auto openDialogs = [] {
+  const auto openDialog = [] {
     QList<QWidget*> open;
     for (QWidget* widget : QApplication::topLevelWidgets()) {
       if (widget->windowTitle() == "Assign INS Key" && widget->isVisible()) open.push_back(widget);
     }
-    return open;
+    EXPECT_EQ(open.size(), 1);
+    return QPointer<QWidget>(open.value(0));
   };
   window.menu("mnuInsKey").action().trigger();
   window.menu("mnuInsKey").action().trigger();
-  ASSERT_EQ(openDialogs().size(), 1);
-  QPointer<QWidget> dialog = openDialogs().front();
+  QPointer<QWidget> dialog = openDialog();
+  ASSERT_TRUE(dialog);
   EXPECT_NEAR(dialog->width() * TwipsPerPixelX(*dialog), 2535, TwipsPerPixelX(*dialog));
   EXPECT_NEAR(dialog->height() * TwipsPerPixelY(*dialog), 1800, TwipsPerPixelY(*dialog));
-  EXPECT_EQ(Stored("Insert Key"), "");
-
   auto* list = dialog->findChild<QListWidget*>();
   ASSERT_NE(list, nullptr);
+  ASSERT_EQ(list->count(), 36);
+  EXPECT_EQ(list->currentRow(), 0);  // F1, as the default says
+  EXPECT_EQ(Stored("Insert Key"), "");
   QTest::keyClick(list, Qt::Key_Down);  // from F1 to F2
   EXPECT_EQ(keyer->window.InsertKeyCode, 113);
   EXPECT_EQ(Stored("Insert Key"), "113");
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_FALSE(dialog);
+
+  window.menu("mnuInsKey").action().trigger();
+  dialog = openDialog();
+  ASSERT_TRUE(dialog);
+  list = dialog->findChild<QListWidget*>();
+  EXPECT_EQ(list->currentRow(), 1);
+  QListWidgetItem* altF3 = list->item(14);
+  list->scrollToItem(altF3);
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(altF3).center());
+  EXPECT_EQ(keyer->window.InsertKeyCode, 126);
+  EXPECT_EQ(Stored("Insert Key"), "126");
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_FALSE(dialog);
 }

@@ -48,11 +48,11 @@ TEST(DesktopFontsTest, TheTextBoxKeepsTheNameItWasGiven) {
   QTextEdit edit;
   QtTextBox box(edit);
   box.SetFontName("Courier New");
-  box.SetFontSize(11);
+  box.SetFontSize(10.5F);
   // The settings write back what they hold, not the face that stands in.
   EXPECT_EQ(box.FontName(), "Courier New");
   EXPECT_EQ(edit.font().family(), QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
-  EXPECT_FLOAT_EQ(box.FontSize(), 11);
+  EXPECT_FLOAT_EQ(box.FontSize(), 10.5F);
 }
 
 }  // namespace

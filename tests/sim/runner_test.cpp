@@ -41,38 +41,6 @@ std::vector<std::string> From(const std::vector<std::string>& lines, const std::
   return {at, lines.end()};
 }
 
-TEST(Runner, OneLetterWithPtt) {
-  RunOptions options;
-  options.settings = {{"PTT", "ON"}, {"Slow Typing", "OFF"}};
-  EXPECT_EQ(From(RunScript("0 send E\n", options), "text \"E\""),
-            (std::vector<std::string>{
-                "0.000 text \"E\"",
-                "0.000 mark 1",
-                "0.000 menu mnuConfig disabled",
-                "0.000 menu mnuTX disabled",
-                "0.000 menu mnuAbort enabled",
-                "0.000 menu mnuView disabled",
-                "0.000 menu mnuKeying disabled",
-                "0.000 post 900 1",
-                "0.000 lpt 0F",
-                "0.000 pttbox green",
-                "100.000 lpt 07",
-                "100.000 keybox green",
-                "160.000 lpt 0F",
-                "160.000 keybox red",
-                "160.000 text \"\"",
-                "160.000 menu mnuTX enabled",
-                "160.000 menu mnuAbort disabled",
-                "160.000 menu mnuConfig enabled",
-                "160.000 menu mnuView enabled",
-                "160.000 menu mnuKeying enabled",
-                "160.000 status \" Keying speed = 20 WPM\"",
-                "160.000 post 900 0",
-                "160.000 lpt 0B",
-                "160.000 pttbox red",
-            }));
-}
-
 TEST(Runner, SettingsGoIntoTheFileBeforeStartUpReadsThem) {
   RunOptions options;
   options.settings = {{"WPM", "30"}, {"WinKey Speed", "25"}};
@@ -125,21 +93,6 @@ TEST(Runner, UnpluggedSerialPortStopsTheTransmissionAndSaysSo) {
   // The report then goes out like any text, to a port that is gone.
   EXPECT_THAT(report, Not(Contains(::testing::HasSubstr(" dtr "))));
   EXPECT_THAT(report, Contains("280.000 post 900 1"));
-}
-
-TEST(Runner, DedicatedPortMenuClosesTheOpenPort) {
-  RunOptions options;
-  options.settings = {{"Port to Use", "Serial"}, {"Dedicated Serial Port", "Comm1"}};
-  const auto lines = RunScript("0 menu mnuDedicatedSerialPort\n", options);
-  EXPECT_EQ(lines.back(), "0.000 menu mnuDedicatedSerialPort unchecked");
-}
-
-TEST(Runner, FirstCloseDuringSendingOnlyStopsIt) {
-  RunOptions options;
-  options.settings = {{"PTT", "ON"}};
-  const auto lines = RunScript("0 send PARIS\n100 close\n", options);
-  EXPECT_EQ(CountOf(lines, "100.000 pttbox red"), 1);
-  EXPECT_THAT(lines, Not(Contains(::testing::HasSubstr("\"Height\""))));  // not unloaded
 }
 
 TEST(Runner, TypedKeysGoToTheControlWithTheFocus) {
@@ -208,17 +161,6 @@ TEST(Runner, AppendDuringATransmissionGoesOutInIt) {
   EXPECT_EQ(CountOf(lines, "340.000 keybox green"), 1);  // T, one letter gap after the E
   EXPECT_EQ(CountOf(lines, "520.000 keybox red"), 1);
   EXPECT_EQ(lines.back(), "520.000 post 900 0");
-}
-
-TEST(Runner, AbortEndsAHold) {
-  RunOptions options;
-  options.settings = {{"PTT", "ON"}};
-  const auto lines = RunScript("0 send E\n1000 menu mnuAbort\n", options);
-  const auto ended = std::find(lines.begin(), lines.end(), "1000.000 post 900 0");
-  ASSERT_NE(ended, lines.end());
-  EXPECT_EQ(std::count(lines.begin(), ended, "160.000 post 900 0"), 0);  // held, not ended, by the slow typing
-  EXPECT_EQ(CountOf(lines, "1000.000 pttbox red"), 1);
-  EXPECT_EQ(CountOf(lines, "1000.000 text \"\""), 1);
 }
 
 TEST(Runner, ButtonFiresTheStoredMacroWithTheLoggersValues) {
@@ -422,10 +364,8 @@ TEST(Runner, TheChipDialogOfTheKeyerInUseRefusesAWidePotThenUploads) {
   EXPECT_THAT(lines, Not(Contains(::testing::HasSubstr("frmWinKey2Config"))));
   EXPECT_EQ(CountOf(lines, "2000.000 frmWinKeyConfig Label21 \"1:3\""), 1);
   EXPECT_EQ(CountOf(lines, "2010.000 frmWinKeyConfig Label18 \"50 WPM\""), 1);
-  EXPECT_EQ(CountOf(lines, "2020.000 frmWinKeyConfig msgbox \"Invalise Speed Pot settings\" \"The Speed Pot Max "
-                           "and Min values are incorrect.  The current values show Max of 50 and Min of 15.  The "
-                           "difference between Max and Min settings must be 31 or less.\""),
-            1);
+  // The refusal's words are the window test's; here, that the run shows it.
+  EXPECT_THAT(lines, Contains(::testing::StartsWith("2020.000 frmWinKeyConfig msgbox \"Invalise Speed Pot")));
   EXPECT_EQ(CountOf(lines, "2020.000 setting \"WinKey Settings\" \"WinKey Speed Max\" \"50\""), 0);
   EXPECT_EQ(CountOf(lines, "2040.000 setting \"WinKey Settings\" \"WinKey Speed Max\" \"50\""), 1);
   EXPECT_EQ(CountOf(lines, "2040.000 winkey 00 02"), 1);
