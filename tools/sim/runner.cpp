@@ -104,7 +104,7 @@ class Session {
   platform::TextBox& Box(const std::string& name);
   void KeyDown(int16_t keyCode, int16_t shift);
   void Resize(float width, float height);
-  void Menu(const std::string& name);
+  void Menu(platform::MenuId id);
   void OpenAssignKeyDialog();
   void Close();
   void Editor(const ScriptEvent& event);
@@ -239,17 +239,17 @@ void Session::Resize(float width, float height) {
   p_.frmVantrel.SetHeight(height);
 }
 
-// Every entry of the window's menu tree, by its name there.
-void Session::Menu(const std::string& name) {
-  if (name == "mnuPort") {
+// Every entry of the window's menu tree.
+void Session::Menu(platform::MenuId id) {
+  if (id == platform::MenuId::mnuPort) {
     if (p_.mnuSoftwareKeyer.Checked()) {
       OpenPortDialog();
     } else {
       OpenChipDialog(p_.mnuWinKey2.Checked());
     }
-  } else if (name == "mnuInsKey") {
+  } else if (id == platform::MenuId::mnuInsKey) {
     OpenAssignKeyDialog();
-  } else if (const std::function<void()> handler = app::MenuHandler(*keyer_, name)) {
+  } else if (const std::function<void()> handler = app::MenuHandler(*keyer_, id)) {
     handler();
   }
 }
@@ -479,7 +479,7 @@ void Session::Apply(const ScriptEvent& event) {
     p_.cwControl.Unplug();
     p_.parallel.Unplug();
   } else if (event.verb == "menu") {
-    Menu(event.argument);
+    Menu(event.menu);
   }
 }
 
