@@ -51,10 +51,10 @@ void LoggerLinkLogic::Attach(LinkState& state, LinkWindow& window, platform::Win
 
 // No test of the handles: without the logger a post goes to handle 0 and
 // does nothing.
-void LoggerLinkLogic::PostLink(int32_t code, int32_t value) {
+void LoggerLinkLogic::PostLink(platform::LinkCode code, int32_t value) {
   const LinkState none;
   const LinkState& s = s_ ? *s_ : none;
-  channel_.PostMessage(s.LoggerWindow, s.LinkMessage, code, value);
+  channel_.PostMessage(s.LoggerWindow, s.LinkMessage, static_cast<int32_t>(code), value);
 }
 
 // A text of 64 characters or more loses its NUL and reads as empty on the
@@ -78,12 +78,12 @@ std::string LoggerLinkLogic::ReadLinkSlot(int16_t slot) const {
 
 void LoggerLinkLogic::SendLinkCommand(const std::string& text) {
   WriteLinkSlot(static_cast<int16_t>(LinkSlot::LinkName), text);
-  PostLink(kSlotChanged, 0);
+  PostLink(platform::LinkCode::SlotChanged, 0);
 }
 
 void LoggerLinkLogic::LogContact() {
   if (window_) window_->RememberCallsign();
-  PostLink(kLogContact, 0);
+  PostLink(platform::LinkCode::LogContact, 0);
 }
 
 void LoggerLinkLogic::ShowInField(platform::TextBox& field, const std::string& text) {

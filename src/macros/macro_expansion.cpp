@@ -11,9 +11,6 @@
 namespace vantrel::macros {
 namespace {
 
-constexpr int32_t kClearLog = 700;
-constexpr int32_t kBookmark = 750;
-constexpr int32_t kRotor = 800;
 constexpr int32_t kLoopStep = 5000;
 // The speed words' own bounds: no speed below 1 WPM on either route, no
 // more than a byte holds on the chip's, and no overflow on the software
@@ -115,10 +112,10 @@ std::string& MMacros::ExpandMacro(std::string& text) {
       {"$RECEIVEDRSTN$", [this] { return Report(LinkSlot::LinkReceivedRST, true); }},
       {"$LOG$", nothing([&cw] { cw.LogAfterSend = true; })},
       {"$LOGIMMEDIATE$", nothing([&logger] { logger.LogContact(); })},
-      {"$CLEARLOG$", nothing([&logger] { logger.PostLink(kClearLog, 0); })},
-      {"$BOOKMARK$", nothing([&logger] { logger.PostLink(kBookmark, 0); })},
-      {"$ROTOR$", nothing([&logger] { logger.PostLink(kRotor, 0); })},
-      {"$ROTORLP$", nothing([&logger] { logger.PostLink(kRotor, 1); })},
+      {"$CLEARLOG$", nothing([&logger] { logger.PostLink(platform::LinkCode::ClearLog, 0); })},
+      {"$BOOKMARK$", nothing([&logger] { logger.PostLink(platform::LinkCode::Bookmark, 0); })},
+      {"$ROTOR$", nothing([&logger] { logger.PostLink(platform::LinkCode::Rotor, 0); })},
+      {"$ROTORLP$", nothing([&logger] { logger.PostLink(platform::LinkCode::Rotor, 1); })},
       {"$LOOP$", nothing([&cw] { cw.LoopDelay += kLoopStep; })},
       {"$RECEIVE$", nothing([&cw] { cw.ReceiveAfterSend = true; })},
       {"$TRANSMIT$", nothing([this] { n_.core.mnuTX_Click(); })},

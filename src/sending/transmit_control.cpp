@@ -4,8 +4,7 @@
 namespace vantrel::sending {
 namespace {
 
-using platform::kPostHoldRadioPolling;
-using platform::kPostTransmitting;
+using platform::LinkCode;
 constexpr const char* kMainSection = "frmVantrel Settings";
 
 }  // namespace
@@ -22,8 +21,8 @@ void SendingCore::StartTransmission() {
   cw_.Transmitting = true;
   n_.settings.HoldWrites(true);
   DisableIdleControls();
-  n_.link.PostLink(kPostTransmitting, 1);
-  if (cw_.DisablePolling) n_.link.PostLink(kPostHoldRadioPolling, 1);
+  n_.link.PostLink(LinkCode::Transmitting, 1);
+  if (cw_.DisablePolling) n_.link.PostLink(LinkCode::HoldRadioPolling, 1);
   if (cw_.PTTEnabled) n_.lines.PTTLineOn();
 }
 
@@ -46,8 +45,8 @@ void SendingCore::EndTransmission() {
   cw_.WPM = cw_.SavedWPM;
   cw_.DotTime = ComputeDotLength(cw_.WPM);
   ShowSpeed(cw_.WPM);
-  n_.link.PostLink(kPostTransmitting, 0);
-  if (cw_.DisablePolling) n_.link.PostLink(kPostHoldRadioPolling, 0);
+  n_.link.PostLink(LinkCode::Transmitting, 0);
+  if (cw_.DisablePolling) n_.link.PostLink(LinkCode::HoldRadioPolling, 0);
   if (cw_.PTTEnabled && !cw_.PTTHeld) n_.lines.PTTLineOff();
   if (cw_.LogAfterSend) {
     n_.link.LogContact();
@@ -124,7 +123,7 @@ void SendingCore::mnuabort_click() {
   if (cw_.TuneActive) mnuTune_Click();
   if (WinKeyRoute()) {
     cw_.Transmitting = false;
-    if (n_.winKeySettings.WinKeyHoldRadioPolling) n_.link.PostLink(kPostHoldRadioPolling, 0);
+    if (n_.winKeySettings.WinKeyHoldRadioPolling) n_.link.PostLink(LinkCode::HoldRadioPolling, 0);
     if (!n_.winKeySettings.WinKeyAnalogSpeed) SendWinKeySpeed(cw_.SavedWPM);
   } else {
     cw_.WPM = cw_.SavedWPM;

@@ -195,7 +195,7 @@ void WinKeyHost::StartWinKeyRun() {
   cw.Transmitting = true;
   lastHeard_ = n_.scheduler.QueryPerformanceCounter();
   s_.WinKeyPosition = 1;
-  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::kPostHoldRadioPolling, 1);
+  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::LinkCode::HoldRadioPolling, 1);
   int16_t position = 1;
   n_.core.NextCharacter(position);
 }
@@ -226,7 +226,7 @@ void WinKeyHost::Receive(uint8_t byte) {
     n_.cw.Transmitting = true;
     s_.PaddleBreakIn = true;
     if (n_.cw.LoopDelay > 0) n_.macroLoop.CancelMacroLoop();
-    if (settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::kPostHoldRadioPolling, 1);
+    if (settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::LinkCode::HoldRadioPolling, 1);
     c_.PTTBox.SetPicture(platform::Picture::Green);
     if (settings.WinKeyPaddleInsertCancelsMacro) c_.CWTextBox.SetText("");
     return;
@@ -258,7 +258,7 @@ void WinKeyHost::WinKeyStep() {
       n_.core.ShowSpeed(cw.SavedWPM);
       cw.DotTime = n_.core.ComputeDotLength(cw.WPM);
     }
-    if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::kPostHoldRadioPolling, 0);
+    if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::LinkCode::HoldRadioPolling, 0);
     n_.core.EnableIdleControls();
     if (cw.LogAfterSend) {
       n_.logger.LogContact();
@@ -282,7 +282,7 @@ void WinKeyHost::WatchWinKeySilence() {
                        " s: sending stopped");
   cw.Transmitting = false;
   s_.WinKeyPosition = 1;
-  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::kPostHoldRadioPolling, 0);
+  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::LinkCode::HoldRadioPolling, 0);
   n_.core.EnableIdleControls();
 }
 
@@ -305,7 +305,7 @@ void WinKeyHost::PortLost() {
   c_.KeyBox.SetPicture(platform::Picture::Red);
   if (!n_.cw.Transmitting) return;
   n_.cw.Transmitting = false;
-  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::kPostHoldRadioPolling, 0);
+  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::LinkCode::HoldRadioPolling, 0);
   n_.core.EnableIdleControls();
 }
 
