@@ -38,12 +38,6 @@ size_t Find(const std::string& text, const std::string& word, size_t from = 0) {
   return std::string::npos;
 }
 
-std::string Trimmed(const std::string& text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return "";
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 // Steps 1 to 6: one pass; the inserted value is not searched again.
 void ReplaceAll(std::string& text, const std::string& word, const std::string& value) {
   for (size_t at = Find(text, word); at != std::string::npos;
@@ -145,12 +139,12 @@ void MMacros::LinkCommandStep(std::string& text, const std::string& word, bool h
     const size_t q = text.find('$', p + word.size());
     if (q == std::string::npos) return;
     const std::string occurrence = text.substr(p, q - p + 1);
-    std::string argument = Trimmed(text.substr(p + word.size(), q - p - word.size()));
+    std::string argument = vb::Trim(text.substr(p + word.size(), q - p - word.size()));
     if (!hex || argument.size() >= kShortest) {
       const auto bar = argument.find('|');
       if (bar != std::string::npos) {
         const bool second = vb::Val(LinkValue(loggerlink::LinkSlot::LinkRadio)) == 2;
-        argument = Trimmed(second ? argument.substr(bar + 1) : argument.substr(0, bar));
+        argument = vb::Trim(second ? argument.substr(bar + 1) : argument.substr(0, bar));
       }
       const bool sends = hex ? argument.size() >= kShortest : !argument.empty();
       if (sends && n_.link.LinkView != 0) {
