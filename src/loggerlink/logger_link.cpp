@@ -2,15 +2,14 @@
 
 #include <cctype>
 
+#include "platform/key_codes.h"
 #include "settings/settings_store.h"
 #include "vb/vb.h"
 
 namespace vantrel::loggerlink {
 namespace {
 
-constexpr int16_t kEsc = 27;
-constexpr int16_t kCtrl = 2;
-constexpr int16_t kAlt = 4;
+using namespace platform::keys;
 
 int32_t OffsetOf(int16_t slot) { return slot * kSlotSpacing; }
 
@@ -31,10 +30,10 @@ bool LinkKey(double v, int16_t& KeyCode, int16_t& Shift) {
   Shift = 0;
   if (v >= 124 && v < 248) {
     code = v / 2;
-    Shift = kCtrl;
+    Shift = kCtrlMask;
   } else if (v >= 248) {
     code = v / 4;
-    Shift = kAlt;
+    Shift = kAltMask;
   }
   KeyCode = static_cast<int16_t>(vb::RoundHalfEven(code));
   return true;

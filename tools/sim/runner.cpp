@@ -6,6 +6,7 @@
 #include "cwdaemon/cw_daemon.h"
 #include "loggerlink/logger_link.h"
 #include "macros/frm_assign_key.h"
+#include "platform/key_codes.h"
 #include "platform/linux/comm_port_path.h"
 #include "platform/linux/ini_profile_file.h"
 #include "platform/linux/line_safety.h"
@@ -219,7 +220,7 @@ void Session::TypeCharacter(unsigned char character) {
   const bool named = (upper >= 'A' && upper <= 'Z') || (upper >= '0' && upper <= '9') ||
                      upper == ' ' || upper == '\r';
   const std::string focused = p_.focused;
-  if (named) KeyDown(upper == '\r' ? 13 : upper, 0);
+  if (named) KeyDown(upper == '\r' ? platform::keys::kEnter : upper, 0);
   if (p_.focused != focused) return;  // the key moved the focus and went no further
   int16_t keyAscii = character;
   mainwindow::FrmVantrel& form = keyer_->form;
@@ -408,8 +409,8 @@ void Session::Apply(const ScriptEvent& event) {
     KeyDown(static_cast<int16_t>(event.first), static_cast<int16_t>(event.second));
   } else if (event.verb == "paste") {
     p_.frmVantrel.clipboard = event.argument;
-    keyer.form.cwTextBox_MouseDown(2);
-    keyer.form.cwTextBox_MouseUp(2);
+    keyer.form.cwTextBox_MouseDown(platform::keys::kRightButton);
+    keyer.form.cwTextBox_MouseUp(platform::keys::kRightButton);
   } else if (event.verb == "focus") {
     Box(event.name).SetFocus();
   } else if (event.verb == "field") {
@@ -436,8 +437,8 @@ void Session::Apply(const ScriptEvent& event) {
   } else if (event.verb == "button") {
     // A left click as the window delivers it: press, release, click.
     const auto index = static_cast<int16_t>(event.first);
-    keyer.mMacros.btnf_MouseDown(index, 1);
-    keyer.mMacros.btnf_MouseUp(index, 1);
+    keyer.mMacros.btnf_MouseDown(index, platform::keys::kLeftButton);
+    keyer.mMacros.btnf_MouseUp(index, platform::keys::kLeftButton);
     keyer.mMacros.btnF_Click(index);
   } else if (event.verb == "macro") {
     keyer.macros.MacroTexts.at(static_cast<size_t>(event.first)) = event.argument;
