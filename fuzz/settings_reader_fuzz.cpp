@@ -71,13 +71,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const bool writable = section.find_first_of("\r\n]\0", 0, 4) == std::string::npos &&
                         key.find_first_of("\r\n=[;\0", 0, 6) == std::string::npos &&
                         value.find_first_of("\r\n\0", 0, 3) == std::string::npos;
-  const std::string trimmedSection(vantrel::platform::TrimProfileBlanks(section));
-  const std::string trimmedKey(vantrel::platform::TrimProfileBlanks(key));
+  const std::string trimmedSection(vantrel::vb::TrimBlanks(section));
+  const std::string trimmedKey(vantrel::vb::TrimBlanks(key));
   if (writable && !trimmedSection.empty() && !trimmedKey.empty() && trimmedSection == section &&
       trimmedKey == key) {
     if (!ini.WritePrivateProfileString(section, key, value, path)) std::abort();
     // What comes back is the value less its surrounding blanks, quotes and all.
-    const std::string expected(vantrel::platform::TrimProfileBlanks(value));
+    const std::string expected(vantrel::vb::TrimBlanks(value));
     if (ini.GetPrivateProfileString(section, key, "", 2000, path) != expected) std::abort();
   }
   return 0;

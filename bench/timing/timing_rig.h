@@ -82,12 +82,10 @@ class EdgeRecorder final : public platform::ParallelPort {
 // message marks the start the lead delay is measured from.
 class StartMarker final : public platform::LoggerLink {
  public:
-  static constexpr int32_t kTransmitting = 900;
-
   explicit StartMarker(NowNs now) : now_(std::move(now)) {}
   void PollLink() override {}
-  void PostLink(int32_t code, int32_t value) override {
-    if (code == kTransmitting && value == 1 && startNs < 0) startNs = now_();
+  void PostLink(platform::LinkCode code, int32_t value) override {
+    if (code == platform::LinkCode::Transmitting && value == 1 && startNs < 0) startNs = now_();
   }
   void LogContact() override {}
   void WriteLinkSlot(int16_t, const std::string&) override {}

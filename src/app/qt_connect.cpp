@@ -28,9 +28,9 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
   window.widget().onResize = [&form] { form.Form_Resize(); };
 
   for (const platform::MenuEntry& entry : platform::kMenuTree) {
-    std::function<void()> handler = MenuHandler(keyer, entry.name);
+    std::function<void()> handler = MenuHandler(keyer, entry.id);
     if (!handler) continue;
-    platform::qt::QtMenuItem& item = window.menu(entry.name);
+    platform::qt::QtMenuItem& item = window.menu(entry.id);
     if (item.submenu()) {
       item.OnOpen(std::move(handler));
     } else {
@@ -39,7 +39,7 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
   }
   // One Assign INS key dialog at a time; a second click brings it forward.
   auto assignKey = std::make_shared<QPointer<platform::qt::FrmAssignKeyWindow>>();
-  window.menu("mnuInsKey").OnClick([&window, &keyer, assignKey] {
+  window.menu(platform::MenuId::mnuInsKey).OnClick([&window, &keyer, assignKey] {
     if (*assignKey && (*assignKey)->isVisible()) {
       (*assignKey)->raise();
       return;
@@ -79,7 +79,7 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
     open = dialog;
   };
   // The software keyer's setup, else the chip's: the WinKey's also when no keyer is ticked.
-  window.menu("mnuPort").OnClick([&window, &keyer, &ports, port, openChipDialog] {
+  window.menu(platform::MenuId::mnuPort).OnClick([&window, &keyer, &ports, port, openChipDialog] {
     if (keyer.form.KeyerChosen() != mainwindow::KeyerKind::Software) {
       openChipDialog();
       return;

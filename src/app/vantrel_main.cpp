@@ -196,7 +196,7 @@ int main(int argc, char** argv) {
     });
   }
   if (!setupShot.isEmpty()) {
-    QTimer::singleShot(kScreenshotDelayMs, [&window] { window.menu("mnuPort").action().trigger(); });
+    QTimer::singleShot(kScreenshotDelayMs, [&window] { window.menu(vantrel::platform::MenuId::mnuPort).action().trigger(); });
     QTimer::singleShot(2 * kScreenshotDelayMs, [&window, &setupShot] {
       vantrel::platform::qt::DialogWidget* dialog = nullptr;
       for (auto* each : window.widget().findChildren<vantrel::platform::qt::DialogWidget*>()) {

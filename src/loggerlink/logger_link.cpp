@@ -2,15 +2,14 @@
 
 #include <cctype>
 
+#include "platform/key_codes.h"
 #include "settings/settings_store.h"
 #include "vb/vb.h"
 
 namespace vantrel::loggerlink {
 namespace {
 
-constexpr int16_t kEsc = 27;
-constexpr int16_t kCtrl = 2;
-constexpr int16_t kAlt = 4;
+using namespace platform::keys;
 
 int32_t OffsetOf(int16_t slot) { return slot * kSlotSpacing; }
 
@@ -31,10 +30,10 @@ bool LinkKey(double v, int16_t& KeyCode, int16_t& Shift) {
   Shift = 0;
   if (v >= 124 && v < 248) {
     code = v / 2;
-    Shift = kCtrl;
+    Shift = kCtrlMask;
   } else if (v >= 248) {
     code = v / 4;
-    Shift = kAlt;
+    Shift = kAltMask;
   }
   KeyCode = static_cast<int16_t>(vb::RoundHalfEven(code));
   return true;
@@ -51,10 +50,10 @@ void LoggerLinkLogic::Attach(LinkState& state, LinkWindow& window, platform::Win
 
 // No test of the handles: without the logger a post goes to handle 0 and
 // does nothing.
-void LoggerLinkLogic::PostLink(int32_t code, int32_t value) {
+void LoggerLinkLogic::PostLink(platform::LinkCode code, int32_t value) {
   const LinkState none;
   const LinkState& s = s_ ? *s_ : none;
-  channel_.PostMessage(s.LoggerWindow, s.LinkMessage, code, value);
+  channel_.PostMessage(s.LoggerWindow, s.LinkMessage, static_cast<int32_t>(code), value);
 }
 
 // A text of 64 characters or more loses its NUL and reads as empty on the
@@ -78,12 +77,12 @@ std::string LoggerLinkLogic::ReadLinkSlot(int16_t slot) const {
 
 void LoggerLinkLogic::SendLinkCommand(const std::string& text) {
   WriteLinkSlot(static_cast<int16_t>(LinkSlot::LinkName), text);
-  PostLink(kSlotChanged, 0);
+  PostLink(platform::LinkCode::SlotChanged, 0);
 }
 
 void LoggerLinkLogic::LogContact() {
   if (window_) window_->RememberCallsign();
-  PostLink(kLogContact, 0);
+  PostLink(platform::LinkCode::LogContact, 0);
 }
 
 void LoggerLinkLogic::ShowInField(platform::TextBox& field, const std::string& text) {

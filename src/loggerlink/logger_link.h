@@ -25,9 +25,6 @@ class LinkWindow {
   virtual void SetWindowState(int16_t state) = 0;
 };
 
-inline constexpr int32_t kLogContact = 100;
-inline constexpr int32_t kSlotChanged = 200;
-
 // Turns a number from the control slot into the key it stands for; false
 // when the number is no key the logger may press.
 bool LinkKey(double v, int16_t& KeyCode, int16_t& Shift);
@@ -42,7 +39,7 @@ class LoggerLinkLogic : public platform::LoggerLink {
   void Attach(LinkState& state, LinkWindow& window, platform::WinKeyLink& winkey);
 
   void PollLink() override;
-  void PostLink(int32_t code, int32_t value) override;
+  void PostLink(platform::LinkCode code, int32_t value) override;
   void WriteLinkSlot(int16_t slot, const std::string& text) override;
   void LogContact() override;
   void SendLinkCommand(const std::string& text) override;

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/key_codes.h"
 #include "settings/settings_store.h"
 
 namespace vantrel::macros {
@@ -10,8 +11,8 @@ namespace {
 
 // The first twelve are the keys' own codes; the rest are the codes that the
 // function keys fold into the ALT and CTRL rows.
-constexpr int16_t kFirstCode = 112;
-constexpr int kKeysPerRow = 12;
+constexpr int16_t kFirstCode = platform::keys::kF1;
+constexpr int kKeysPerRow = platform::keys::kFunctionKeysPerRow;
 
 }  // namespace
 

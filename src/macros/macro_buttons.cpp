@@ -1,20 +1,14 @@
 // Every way of firing a macro ends in btnF_Click: a button, a function key
 // or INS, an ALT letter, the logger and the loop's timer.
 #include "macros/m_macros.h"
+#include "platform/key_codes.h"
 #include "vb/vb.h"
 
 namespace vantrel::macros {
 namespace {
 
-constexpr int16_t kF1 = 112;
-constexpr int16_t kF12 = 123;
-constexpr int16_t kAltF12 = 135;
-constexpr int16_t kCtrlF12 = 147;
+using namespace platform::keys;
 constexpr int16_t kNoShift = 0;
-constexpr int16_t kCtrl = 2;
-constexpr int16_t kAlt = 4;
-constexpr int16_t kRowLength = 12;
-constexpr int16_t kRightButton = 2;
 
 }  // namespace
 
@@ -63,18 +57,18 @@ bool MMacros::FireHotKey(int16_t keyCode) {
 // whatever modifiers are down.
 void MMacros::DispatchFunctionKey(int16_t keyCode, int16_t shift) {
   if (keyCode > kF12 && keyCode <= kAltF12) {
-    keyCode = static_cast<int16_t>(keyCode - kRowLength);
-    shift = kAlt;
+    keyCode = static_cast<int16_t>(keyCode - kFunctionKeysPerRow);
+    shift = kAltMask;
   } else if (keyCode > kAltF12 && keyCode <= kCtrlF12) {
-    keyCode = static_cast<int16_t>(keyCode - 2 * kRowLength);
-    shift = kCtrl;
+    keyCode = static_cast<int16_t>(keyCode - 2 * kFunctionKeysPerRow);
+    shift = kCtrlMask;
   }
   if (keyCode < kF1 || keyCode > kF12) return;
   const auto index = static_cast<int16_t>(keyCode - kF1 + 1);
   switch (shift) {
     case kNoShift: btnF_Click(index); break;
-    case kAlt: btnF_Click(static_cast<int16_t>(index + kRowLength)); break;
-    case kCtrl: btnF_Click(static_cast<int16_t>(index + 2 * kRowLength)); break;
+    case kAltMask: btnF_Click(static_cast<int16_t>(index + kFunctionKeysPerRow)); break;
+    case kCtrlMask: btnF_Click(static_cast<int16_t>(index + 2 * kFunctionKeysPerRow)); break;
     default: break;  // SHIFT and any mix fire nothing
   }
 }

@@ -12,9 +12,6 @@
 namespace vantrel::macros {
 namespace {
 
-constexpr int32_t kClearLog = 700;
-constexpr int32_t kBookmark = 750;
-constexpr int32_t kRotor = 800;
 constexpr int32_t kLoopStep = 5000;
 
 bool SameAt(const std::string& text, size_t at, const std::string& word) {
@@ -34,12 +31,6 @@ size_t Find(const std::string& text, const std::string& word, size_t from = 0) {
     if (SameAt(text, at, word)) return at;
   }
   return std::string::npos;
-}
-
-std::string Trimmed(const std::string& text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return "";
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 // Steps 1 to 6: one pass; the inserted value is not searched again.
@@ -110,10 +101,10 @@ std::string& MMacros::ExpandMacro(std::string& text) {
       {"$RECEIVEDRSTN$", [this] { return Report(LinkSlot::LinkReceivedRST, true); }},
       {"$LOG$", nothing([&cw] { cw.LogAfterSend = true; })},
       {"$LOGIMMEDIATE$", nothing([&logger] { logger.LogContact(); })},
-      {"$CLEARLOG$", nothing([&logger] { logger.PostLink(kClearLog, 0); })},
-      {"$BOOKMARK$", nothing([&logger] { logger.PostLink(kBookmark, 0); })},
-      {"$ROTOR$", nothing([&logger] { logger.PostLink(kRotor, 0); })},
-      {"$ROTORLP$", nothing([&logger] { logger.PostLink(kRotor, 1); })},
+      {"$CLEARLOG$", nothing([&logger] { logger.PostLink(platform::LinkCode::ClearLog, 0); })},
+      {"$BOOKMARK$", nothing([&logger] { logger.PostLink(platform::LinkCode::Bookmark, 0); })},
+      {"$ROTOR$", nothing([&logger] { logger.PostLink(platform::LinkCode::Rotor, 0); })},
+      {"$ROTORLP$", nothing([&logger] { logger.PostLink(platform::LinkCode::Rotor, 1); })},
       {"$LOOP$", nothing([&cw] { cw.LoopDelay += kLoopStep; })},
       {"$RECEIVE$", nothing([&cw] { cw.ReceiveAfterSend = true; })},
       {"$TRANSMIT$", nothing([this] { n_.control.mnuTX_Click(); })},
@@ -143,12 +134,12 @@ void MMacros::LinkCommandStep(std::string& text, const std::string& word, bool h
     const size_t q = text.find('$', p + word.size());
     if (q == std::string::npos) return;
     const std::string occurrence = text.substr(p, q - p + 1);
-    std::string argument = Trimmed(text.substr(p + word.size(), q - p - word.size()));
+    std::string argument = vb::Trim(text.substr(p + word.size(), q - p - word.size()));
     if (!hex || argument.size() >= kShortest) {
       const auto bar = argument.find('|');
       if (bar != std::string::npos) {
         const bool second = vb::Val(LinkValue(loggerlink::LinkSlot::LinkRadio)) == 2;
-        argument = Trimmed(second ? argument.substr(bar + 1) : argument.substr(0, bar));
+        argument = vb::Trim(second ? argument.substr(bar + 1) : argument.substr(0, bar));
       }
       const bool sends = hex ? argument.size() >= kShortest : !argument.empty();
       if (sends && n_.link.LinkView != 0) {

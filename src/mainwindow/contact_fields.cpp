@@ -8,7 +8,6 @@
 namespace vantrel::mainwindow {
 namespace {
 
-constexpr int32_t kFieldChanged = 200;
 constexpr const char* kNoNumber = "###";
 
 std::string ReplaceAll(std::string text, const std::string& from, const std::string& to) {
@@ -24,7 +23,7 @@ std::string ReplaceAll(std::string text, const std::string& from, const std::str
 void FrmVantrel::ShareField(loggerlink::LinkSlot slot, const std::string& text) {
   if (s_.link.LinkView == 0) return;
   p_.link.WriteLinkSlot(static_cast<int16_t>(slot), text);
-  p_.link.PostLink(kFieldChanged, 0);
+  p_.link.PostLink(platform::LinkCode::SlotChanged, 0);
 }
 
 void FrmVantrel::CallsignField_Change() {

@@ -11,12 +11,6 @@ namespace {
 constexpr int32_t kPollInterval = 200;
 constexpr int16_t kFirstMenuString = 9501;
 
-std::string Trimmed(const std::string& text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return "";
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 }  // namespace
 
 FrmVantrel::FrmVantrel(const platform::Platform& platform, ProgramState state, Keyers keyers,
@@ -59,7 +53,7 @@ void FrmVantrel::LoadLanguageModule() {
 std::string FrmVantrel::LoadLanguageString(int16_t id, bool keepBlanks) {
   std::string text = p_.language.LoadString(LanguageModule, id);
   text.erase(std::remove(text.begin(), text.end(), '\0'), text.end());
-  return keepBlanks ? text : Trimmed(text);
+  return keepBlanks ? text : vb::Trim(text);
 }
 
 void FrmVantrel::Form_Load() {

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "mainwindow/frm_vantrel.h"
+#include "platform/key_codes.h"
 #include "vb/vb.h"
 
 namespace vantrel::mainwindow {
@@ -12,7 +13,6 @@ namespace {
 
 constexpr int16_t kSlowest = 10;
 constexpr int16_t kFastest = 99;
-constexpr int16_t kLeftButton = 1;
 
 }  // namespace
 
@@ -101,7 +101,7 @@ void FrmVantrel::mnuDedicatedSerialPort_Click() {
 // The left button slows by one, any other speeds up.
 void FrmVantrel::StepSpeedFromPanel(int16_t Button) {
   int16_t wpm = cw_.WPM;
-  if (Button == kLeftButton) {
+  if (Button == platform::keys::kLeftButton) {
     if (wpm > kSlowest) --wpm;
   } else if (wpm < kFastest) {
     ++wpm;

@@ -4,23 +4,15 @@
 #include <string>
 
 #include "mainwindow/frm_vantrel.h"
+#include "platform/key_codes.h"
 #include "vb/vb.h"
 
 namespace vantrel::mainwindow {
 namespace {
 
-constexpr int16_t kBackspace = 8;
-constexpr int16_t kTab = 9;
+using namespace platform::keys;
+// CTRL Enter's character, which ends a line like Enter.
 constexpr int16_t kLineFeed = 10;
-constexpr int16_t kEnter = 13;
-constexpr int16_t kEsc = 27;
-constexpr int16_t kPageUp = 33;
-constexpr int16_t kPageDown = 34;
-constexpr int16_t kInsert = 45;
-constexpr int16_t kFirstFunctionKey = 112;
-constexpr int16_t kLastFunctionKey = 147;
-constexpr int16_t kAlt = 4;
-constexpr int16_t kRightButton = 2;
 
 // The characters that stand for prosigns on the software keyer.
 const char* Prosign(int16_t keyAscii) {
@@ -36,7 +28,7 @@ const char* Prosign(int16_t keyAscii) {
 }  // namespace
 
 bool FrmVantrel::HoldsHotKey(int16_t KeyCode, int16_t Shift) const {
-  return Shift == kAlt && KeyCode >= kPageUp && macroLoop_.HotKeyMacro(KeyCode) != 0;
+  return Shift == kAltMask && KeyCode >= kPageUp && macroLoop_.HotKeyMacro(KeyCode) != 0;
 }
 
 // ALT and a key that a macro caption holds as its hot key fires that macro.
@@ -47,7 +39,7 @@ bool FrmVantrel::FireHotKey(int16_t& KeyCode, int16_t Shift) {
 }
 
 void FrmVantrel::DispatchMacroKey(int16_t& KeyCode, int16_t Shift) {
-  if (KeyCode < kFirstFunctionKey || KeyCode > kLastFunctionKey) return;
+  if (KeyCode < kF1 || KeyCode > kCtrlF12) return;
   macroLoop_.DispatchFunctionKey(KeyCode, Shift);
   KeyCode = 0;
 }

@@ -19,15 +19,31 @@ class ToneOutput {
   virtual void ToneOff() = 0;
 };
 
-// Codes of the events the keyer posts to the logger, each with 1 or 0.
-inline constexpr int32_t kPostTransmitting = 900;
-inline constexpr int32_t kPostHoldRadioPolling = 150;
+// The codes of the keyer's messages to the logger. The line requests are
+// sent, each with the shared serial port's number added; the rest are posted
+// with a value of their own.
+enum class LinkCode : int32_t {
+  LogContact = 100,
+  HoldRadioPolling = 150,  // 1 hold, 0 release
+  SlotChanged = 200,       // the keyer has written a slot of the shared block
+  KeyUp = 300,
+  KeyDown = 400,
+  PTTOn = 500,
+  PTTOff = 600,
+  ClearLog = 700,
+  Bookmark = 750,
+  Rotor = 800,         // 0, or 1 for the long path
+  Transmitting = 900,  // 1 starts, 0 ends
+};
+
+// A line request's number for shared serial port `port`.
+constexpr int32_t LineRequest(LinkCode request, int32_t port) { return static_cast<int32_t>(request) + port; }
 
 class LoggerLink {
  public:
   virtual ~LoggerLink() = default;
   virtual void PollLink() = 0;
-  virtual void PostLink(int32_t code, int32_t value) = 0;
+  virtual void PostLink(LinkCode code, int32_t value) = 0;
   // Puts text into one slot of the shared block, cut to the slot's size.
   virtual void WriteLinkSlot(int16_t slot, const std::string& text) = 0;
   virtual void LogContact() = 0;

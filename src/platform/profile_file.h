@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "vb/vb.h"
+
 namespace vantrel::platform {
 
 class ProfileFile {
@@ -27,13 +29,6 @@ class ProfileFile {
   virtual bool CopyFile(const std::string& from, const std::string& to) = 0;
 };
 
-// Blanks are spaces and tabs.
-inline std::string_view TrimProfileBlanks(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
 // A value as a profile file holds it, and back. The reader trims blanks and
 // drops one pair of enclosing double quotes, as hand-edited files expect; the
 // writer adds a pair where the value has them, so it reads back as written.
@@ -41,11 +36,11 @@ inline bool QuotedOnBothEnds(std::string_view value) {
   return value.size() >= 2 && value.front() == '"' && value.back() == '"';
 }
 inline std::string ValueForFile(std::string_view value) {
-  const std::string_view trimmed = TrimProfileBlanks(value);
+  const std::string_view trimmed = vb::TrimBlanks(value);
   return QuotedOnBothEnds(trimmed) ? '"' + std::string(trimmed) + '"' : std::string(value);
 }
 inline std::string ValueFromFile(std::string_view stored) {
-  const std::string_view trimmed = TrimProfileBlanks(stored);
+  const std::string_view trimmed = vb::TrimBlanks(stored);
   return std::string(QuotedOnBothEnds(trimmed) ? trimmed.substr(1, trimmed.size() - 2) : trimmed);
 }
 

@@ -5,10 +5,7 @@
 namespace vantrel::sending {
 namespace {
 
-constexpr int32_t kKeyUp = 300;
-constexpr int32_t kKeyDown = 400;
-constexpr int32_t kPTTOn = 500;
-constexpr int32_t kPTTOff = 600;
+using platform::LinkCode;
 constexpr int16_t kKeyMask = 8;
 constexpr int16_t kPTTMask = 4;
 constexpr std::string_view kPortErrorPrefix = "CW Port error : ";
@@ -31,15 +28,15 @@ void KeyLineDriver::WriteControl(int16_t value) {
   CheckLine(ports_.parallel);
 }
 
-void KeyLineDriver::SharedRequest(int32_t base) {
+void KeyLineDriver::SharedRequest(LinkCode request) {
   // Armed before a line goes active, so that a death in the request still
   // rests the logger; disarmed once both are idle.
-  loggerKeyDown_ = base == kKeyDown || (loggerKeyDown_ && base != kKeyUp);
-  loggerPTTOn_ = base == kPTTOn || (loggerPTTOn_ && base != kPTTOff);
+  loggerKeyDown_ = request == LinkCode::KeyDown || (loggerKeyDown_ && request != LinkCode::KeyUp);
+  loggerPTTOn_ = request == LinkCode::PTTOn || (loggerPTTOn_ && request != LinkCode::PTTOff);
   if (loggerKeyDown_ || loggerPTTOn_) ArmLoggerRest();
   // The lParam points at a 32-bit zero: the logger reads nothing from it.
   ports_.link.SendMessage(ports_.linkState.LoggerWindow, ports_.linkState.LinkMessage,
-                          base + cw_.SharedComNumber, 0);
+                          LineRequest(request, cw_.SharedComNumber), 0);
   ArmLoggerRest();
   // A logger that stopped answering has the key line: the transmission ends.
   CheckLine(ports_.link);
@@ -50,8 +47,8 @@ void KeyLineDriver::ArmLoggerRest() {
   if (active == loggerRestArmed_) return;
   loggerRestArmed_ = active;
   ports_.link.SetRestRequests(active ? ports_.linkState.LoggerWindow : 0,
-                              ports_.linkState.LinkMessage, kKeyUp + cw_.SharedComNumber,
-                              kPTTOff + cw_.SharedComNumber);
+                              ports_.linkState.LinkMessage, LineRequest(LinkCode::KeyUp, cw_.SharedComNumber),
+                              LineRequest(LinkCode::PTTOff, cw_.SharedComNumber));
 }
 
 void KeyLineDriver::SetKeyLine(bool down) {
@@ -61,7 +58,7 @@ void KeyLineDriver::SetKeyLine(bool down) {
       const int16_t now = ReadControl();
       WriteControl(static_cast<int16_t>(down ? now & ~cw_.KeyMask : now | cw_.KeyMask));
     } else if (cw_.UseSharedSerial) {
-      SharedRequest(down ? kKeyDown : kKeyUp);
+      SharedRequest(down ? LinkCode::KeyDown : LinkCode::KeyUp);
     } else {
       ports_.cwControl.SetDTREnable(down);
       CheckLine(ports_.cwControl);
@@ -79,7 +76,7 @@ void KeyLineDriver::SetPTTLine(bool on) {
       const int16_t now = ReadControl();
       WriteControl(static_cast<int16_t>(on ? now | cw_.PTTMask : now & ~cw_.PTTMask));
     } else if (cw_.UseSharedSerial) {
-      SharedRequest(on ? kPTTOn : kPTTOff);
+      SharedRequest(on ? LinkCode::PTTOn : LinkCode::PTTOff);
     } else {
       ports_.cwControl.SetRTSEnable(on);
       CheckLine(ports_.cwControl);
@@ -98,9 +95,9 @@ void KeyLineDriver::RestLines() {
                           static_cast<int16_t>((now | cw_.KeyMask) & ~cw_.PTTMask));
   } else if (openRoute_ == Route::SharedSerial) {
     // Asked even of a logger that stopped answering: it may yet act on them.
-    for (const int32_t request : {kKeyUp, kPTTOff}) {
+    for (const LinkCode request : {LinkCode::KeyUp, LinkCode::PTTOff}) {
       ports_.link.SendMessage(ports_.linkState.LoggerWindow, ports_.linkState.LinkMessage,
-                              request + cw_.SharedComNumber, 0);
+                              LineRequest(request, cw_.SharedComNumber), 0);
     }
     ports_.link.ClearError();
     loggerKeyDown_ = false;

@@ -11,6 +11,7 @@
 #include "loggerlink/link_state.h"
 #include "platform/link_channel.h"
 #include "platform/main_window_controls.h"
+#include "platform/neighbours.h"
 #include "platform/ports.h"
 #include "sending/cw_state.h"
 
@@ -60,7 +61,7 @@ class KeyLineDriver {
   // Both lines idle on the route last opened, even a failed one: Apply has
   // changed the settings to the next route before it opens it.
   void RestLines();
-  void SharedRequest(int32_t base);
+  void SharedRequest(platform::LinkCode request);
   // Hands the channel the logger's rest while one of its lines is active.
   void ArmLoggerRest();
   void ShowPortError(platform::PortDevice& port);

@@ -6,8 +6,7 @@
 namespace vantrel::sending {
 namespace {
 
-using platform::kPostHoldRadioPolling;
-using platform::kPostTransmitting;
+using platform::LinkCode;
 using settings::kMainSection;
 
 constexpr int kSlowestStep = 1;
@@ -31,8 +30,8 @@ void SoftwareKeyer::StartTransmission() {
   cw_.Tx = TxState::Sending;
   n_.settings.HoldWrites(true);
   n_.control.DisableIdleControls();
-  n_.link.PostLink(kPostTransmitting, 1);
-  if (cw_.DisablePolling) n_.link.PostLink(kPostHoldRadioPolling, 1);
+  n_.link.PostLink(LinkCode::Transmitting, 1);
+  if (cw_.DisablePolling) n_.link.PostLink(LinkCode::HoldRadioPolling, 1);
   if (cw_.PTTEnabled) n_.lines.PTTLineOn();
 }
 
@@ -54,8 +53,8 @@ void SoftwareKeyer::EndTransmission() {
   cw_.WPM = cw_.SavedWPM;
   cw_.DotTime = cw_.DotLength(cw_.WPM);
   n_.control.ShowSpeed(cw_.WPM);
-  n_.link.PostLink(kPostTransmitting, 0);
-  if (cw_.DisablePolling) n_.link.PostLink(kPostHoldRadioPolling, 0);
+  n_.link.PostLink(LinkCode::Transmitting, 0);
+  if (cw_.DisablePolling) n_.link.PostLink(LinkCode::HoldRadioPolling, 0);
   if (cw_.PTTEnabled && !cw_.PTTHeld) n_.lines.PTTLineOff();
   if (cw_.LogAfterSend) {
     n_.link.LogContact();

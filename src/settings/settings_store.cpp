@@ -26,12 +26,11 @@ std::string FormatStamp(const platform::LocalTime& t) {
 }  // namespace
 
 std::string TrimAtNul(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return "";
-  text = text.substr(first, text.find_last_not_of(' ') - first + 1);
-  const auto nul = text.find('\0');
-  if (nul == std::string_view::npos || nul == 0) return "";
-  return std::string(text.substr(0, nul));
+  std::string trimmed = vb::Trim(text);
+  const auto nul = trimmed.find('\0');
+  if (nul == std::string::npos || nul == 0) return "";
+  trimmed.resize(nul);
+  return trimmed;
 }
 
 std::string SettingsFilePathFor(const std::string& programDirectory, const std::string& commandLine) {
@@ -61,7 +60,7 @@ void SettingsStore::StampSettingsFile() {
 
 std::string SettingsStore::ReadSetting(const std::string& key, const std::string& fallback) {
   const HeldWrite* held = Held(SettingsSection, key);
-  std::string buffer = held ? std::string(platform::TrimProfileBlanks(held->value))
+  std::string buffer = held ? std::string(vb::TrimBlanks(held->value))
                                   .substr(0, static_cast<size_t>(std::max(SettingsBufferSize - 1, 0)))
                             : files_.GetPrivateProfileString(SettingsSection, key, fallback,
                                                              SettingsBufferSize, SettingsFilePath);

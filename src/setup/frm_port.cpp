@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "platform/key_codes.h"
 #include "settings/settings_store.h"
 #include "vb/vb.h"
 
 namespace vantrel::setup {
 namespace {
 
-constexpr unsigned char kBackspace = 8;
-constexpr unsigned char kPoint = 46;
 
 // A number as the dialog's text boxes show it: no blank, no trailing zeros.
 std::string NumberText(double value) {
@@ -38,7 +37,7 @@ void SelectFirstCharacter(platform::TextField& field) {
 // The proportions take digits and one kind of point only.
 void KeepNumberKeys(int16_t& keyAscii) {
   const bool digit = keyAscii >= '0' && keyAscii <= '9';
-  if (!digit && keyAscii != kPoint && keyAscii != kBackspace) keyAscii = 0;
+  if (!digit && keyAscii != '.' && keyAscii != platform::keys::kBackspace) keyAscii = 0;
 }
 
 }  // namespace

@@ -36,13 +36,6 @@ int DigitValue(char c, int radix) {
   return value < radix ? value : -1;
 }
 
-std::string_view TrimBlanks(std::string_view text) {
-  const auto blank = [](char c) { return c == ' ' || c == '\t'; };
-  while (!text.empty() && blank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && blank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
 // A radix literal is an Integer when its bits fit 16, else a Long, so a full
 // 16-bit pattern reads as a negative Integer. A Long suffix keeps it a Long.
 int32_t RadixToSigned(uint64_t bits, bool long_suffix) {
@@ -244,6 +237,18 @@ RoundedDigits RoundToPlaces(double magnitude, size_t places) {
 bool IsPlaceholder(char c) { return c == '#' || c == '0'; }
 
 }  // namespace
+
+std::string Trim(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return "";
+  return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
+}
+
+std::string_view TrimBlanks(std::string_view text) {
+  const auto first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
 
 double RoundHalfEven(double value) {
   if (!std::isfinite(value)) return value;

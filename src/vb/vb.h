@@ -50,6 +50,13 @@ unsigned char UCaseAnsi(unsigned char c);
 // A whole text in capitals by the same rule.
 std::string UCase(std::string text);
 
+// Trim$: the text without its leading and trailing spaces; tabs stay, as
+// the language strings and the macro words' arguments keep them.
+std::string Trim(std::string_view text);
+// Without leading and trailing blanks, spaces and tabs alike: what the number
+// conversions skip and the settings file drops around names and values.
+std::string_view TrimBlanks(std::string_view text);
+
 // Text comparison without regard to case, as setting and section names compare.
 bool SameText(std::string_view a, std::string_view b);
 

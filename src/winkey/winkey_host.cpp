@@ -198,7 +198,7 @@ void WinKeyHost::StartWinKeyRun() {
   cw.Tx = sending::TxState::Sending;
   lastHeard_ = n_.scheduler.QueryPerformanceCounter();
   s_.WinKeyPosition = 1;
-  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::kPostHoldRadioPolling, 1);
+  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::LinkCode::HoldRadioPolling, 1);
   Feed(1);
 }
 
@@ -270,7 +270,7 @@ void WinKeyHost::Receive(uint8_t byte) {
     n_.cw.Tx = sending::TxState::Sending;
     s_.PaddleBreakIn = true;
     if (n_.cw.LoopDelay > 0) n_.macroLoop.CancelMacroLoop();
-    if (settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::kPostHoldRadioPolling, 1);
+    if (settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::LinkCode::HoldRadioPolling, 1);
     c_.PTTBox.SetPicture(platform::Picture::Green);
     if (settings.WinKeyPaddleInsertCancelsMacro) c_.CWTextBox.SetText("");
     return;
@@ -309,7 +309,7 @@ void WinKeyHost::EndRun(RunEnd how) {
     n_.control.ShowSpeed(cw.SavedWPM);
     cw.DotTime = cw.DotLength(cw.WPM);
   }
-  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::kPostHoldRadioPolling, 0);
+  if (n_.settings.WinKeyHoldRadioPolling) n_.logger.PostLink(platform::LinkCode::HoldRadioPolling, 0);
   n_.control.EnableIdleControls();
   if (how == RunEnd::ChipLost) return;
   if (cw.LogAfterSend) {

@@ -18,7 +18,7 @@ inline constexpr uint8_t kAdminPlayMessage = 0x0E;  // a stored message, 1 to 6;
 // The byte that ends calibration, 100 ms after kAdminCalibrate.
 inline constexpr uint8_t kCalibrateEnd = 0xFF;
 
-// Commands, each followed by the number of argument bytes in kArguments.
+// Commands.
 inline constexpr uint8_t kSidetone = 0x01;
 inline constexpr uint8_t kSpeed = 0x02;  // 0 hands the speed to the pot
 inline constexpr uint8_t kWeighting = 0x03;
@@ -51,13 +51,6 @@ inline constexpr uint8_t kHighSpeedCwBuffered = 0x1D;
 inline constexpr uint8_t kCancelBufferedSpeed = 0x1E;
 inline constexpr uint8_t kBufferedNop = 0x1F;
 inline constexpr uint8_t kLoadDefaultsEnd = 0xFF;  // the frame's last byte
-
-// Argument bytes after each command 0x00 to 0x1F; the admin command's
-// count is that of its sub-command (kAdminArguments), not counted here.
-inline constexpr uint8_t kArguments[32] = {
-    1, 1, 1, 1, 2, 3, 1, 0, 0, 1, 0, 1, 1, 1, 1, 15,
-    1, 1, 1, 0, 1, 0, 1, 1, 1, 2, 1, 2, 1, 1, 0, 0,
-};
 
 // What the chip sends: 11xxxxxx a status byte, 10xxxxxx a speed pot byte,
 // anything below 0x80 the echo of a character it has keyed.

@@ -204,7 +204,7 @@ TEST_F(LinkLogic, WithoutALoggerNothingIsReadAndPostsGoNowhere) {
   LoggerWrites(LinkSlot::LinkControl, "Close");
   link.PollLink();
   link.SendLinkCommand("Command ROTOR 45");
-  link.PostLink(700, 0);
+  link.PostLink(platform::LinkCode::ClearLog, 0);
   link.LogContact();
   EXPECT_EQ(p.CallsignField.Text(), "");
   EXPECT_EQ(unloads, 0);

@@ -29,7 +29,7 @@ class FrmPortWindowTest : public FrmVantrelWindowTest {
     for (const auto& [key, value] : settings) keyer->store.WriteSetting(settings::kMainSection, key, value);
     keyer->form.Form_Load();
     window.widget().show();
-    window.menu("mnuPort").action().trigger();
+    window.menu(MenuId::mnuPort).action().trigger();
     dialog = window.widget().findChild<FrmPortWindow*>();
     ASSERT_NE(dialog, nullptr);
     ASSERT_TRUE(dialog->isVisible());

@@ -10,6 +10,7 @@
 #include <QTextEdit>
 #include <QTimer>
 #include <QPushButton>
+#include <set>
 
 #include "keyer_window_fixture.h"
 #include "platform/qt/qt_fonts.h"
@@ -39,7 +40,7 @@ TEST_F(FrmVantrelWindowTest, FirstStartShowsTheDesignRectangleWithEverythingButS
   EXPECT_EQ(c.SRXField.Width(), 0);
   // The resize event has put the right-hand group against the right edge.
   EXPECT_FLOAT_EQ(c.NameField.Left(), c.sBar.Width() - c.NameField.Width() + 20);
-  EXPECT_EQ(window.menu("mnuVersion").Caption().rfind("Version ", 0), 0u);
+  EXPECT_EQ(window.menu(MenuId::mnuVersion).Caption().rfind("Version ", 0), 0u);
 }
 
 TEST_F(FrmVantrelWindowTest, TextInTheBoxKeysTheLetterAndMarksItSent) {
@@ -68,7 +69,7 @@ TEST_F(FrmVantrelWindowTest, KeysTypedIntoTheWidgetGoToTheEndInCapitals) {
   // To the macros, not the box: macro 14, empty, adds only its blank.
   QTest::keyClick(&edit, Qt::Key_F2, Qt::AltModifier);
   EXPECT_EQ(window.CWTextBox().Text(), "CQX B^ ");
-  EXPECT_TRUE(window.menu("mnuTX").Enabled());
+  EXPECT_TRUE(window.menu(MenuId::mnuTX).Enabled());
 }
 
 TEST_F(FrmVantrelWindowTest, OnMoxTypingDuringAHoldResumesWithoutTx) {
@@ -78,7 +79,7 @@ TEST_F(FrmVantrelWindowTest, OnMoxTypingDuringAHoldResumesWithoutTx) {
   QTextEdit& edit = window.CWTextBox().edit();
   QTest::keyClicks(&edit, "e");
   EXPECT_EQ(KeyEdges(), 0);  // waits for TX
-  window.menu("mnuTX").action().trigger();
+  window.menu(MenuId::mnuTX).action().trigger();
   EXPECT_EQ(KeyEdges(), 2);
   EXPECT_TRUE(keyer->cw.WaitingForText());  // held open by Slow Typing
   QTest::keyClicks(&edit, "t");
@@ -108,7 +109,7 @@ TEST_F(FrmVantrelWindowTest, TabCyclesTheFieldsAndThePlaceholderComesBack) {
   EXPECT_TRUE(name.hasFocus());  // the number field is hidden
   QTest::keyClick(&name, Qt::Key_Tab);
   EXPECT_TRUE(call.hasFocus());
-  window.menu("mnuShowSRX").action().trigger();
+  window.menu(MenuId::mnuShowSRX).action().trigger();
   QTest::keyClick(&call, Qt::Key_Tab);
   EXPECT_TRUE(srx.hasFocus());
 
@@ -121,7 +122,9 @@ TEST_F(FrmVantrelWindowTest, TabCyclesTheFieldsAndThePlaceholderComesBack) {
 
 TEST_F(FrmVantrelWindowTest, WithAllRowsHiddenTheWindowGoesDownTo1020AndNoLower) {
   Start();
-  for (const char* row : {"mFkeys", "mSFkeys", "mAFkeys"}) window.menu(row).action().trigger();
+  for (MenuId row : {MenuId::mFkeys, MenuId::mSFkeys, MenuId::mAFkeys}) {
+    window.menu(row).action().trigger();
+  }
   platform::Window& frame = window.controls().frmVantrel;
   frame.SetHeight(1020);
   QCoreApplication::processEvents();
@@ -155,12 +158,12 @@ TEST_F(FrmVantrelWindowTest, CloseDuringATransmissionOnlyStopsIt) {
 TEST_F(FrmVantrelWindowTest, MenuEntriesReachTheirHandlers) {
   Start();
   const MainWindowControls& c = window.controls();
-  window.menu("mFkeys").action().trigger();
+  window.menu(MenuId::mFkeys).action().trigger();
   EXPECT_FALSE(c.mFkeys.Checked());
   EXPECT_FALSE(c.ElasticOne3.Visible());
   EXPECT_EQ(Stored("F Keys Visible"), "False");
   // Opening Keying greys the serial entry while the key is on the parallel port.
-  QMenu* keying = window.menu("mnuKeying").submenu();
+  QMenu* keying = window.menu(MenuId::mnuKeying).submenu();
   ASSERT_NE(keying, nullptr);
   keying->popup(QPoint(0, 0));
   keying->hide();
@@ -172,14 +175,21 @@ TEST_F(FrmVantrelWindowTest, MenuTreeHasItsEntriesUnderTheirMenusNumberedAsInMem
   language.locale = 1053;
   language.libraries["1053.DLL"] = {7, {{9506, "Inst\xe4llningar"}, {9535, "Auto"}}};
   Start();
-  EXPECT_EQ(window.menu("mnuConfig").Caption(), "Inst\xe4llningar");
-  EXPECT_EQ(window.menu("mnuVOX").Caption(), "Auto");
-  EXPECT_EQ(window.menu("mnuNothing10").Caption(), "-");
-  EXPECT_EQ(window.menu("mAFkeys").Caption(), "Show CTL_F keys");
-  QMenu* appearance = window.menu("mnuAppearance").submenu();
+  EXPECT_EQ(window.menu(MenuId::mnuConfig).Caption(), "Inst\xe4llningar");
+  EXPECT_EQ(window.menu(MenuId::mnuVOX).Caption(), "Auto");
+  EXPECT_EQ(window.menu(MenuId::mnuNothing10).Caption(), "-");
+  EXPECT_EQ(window.menu(MenuId::mAFkeys).Caption(), "Show CTL_F keys");
+  QMenu* appearance = window.menu(MenuId::mnuAppearance).submenu();
   ASSERT_NE(appearance, nullptr);
-  EXPECT_TRUE(appearance->actions().contains(&window.menu("mnuInsKey").action()));
+  EXPECT_TRUE(appearance->actions().contains(&window.menu(MenuId::mnuInsKey).action()));
   EXPECT_EQ(appearance->actions().size(), 8);
+  // Every entry has an action of its own, and its name leads back to it alone.
+  std::set<const QAction*> actions;
+  for (const MenuEntry& entry : kMenuTree) {
+    actions.insert(&window.menu(entry.id).action());
+    EXPECT_EQ(MenuNamed(entry.name), entry.id) << entry.name;
+  }
+  EXPECT_EQ(actions.size(), kMenuCount);
 }
 
 TEST_F(FrmVantrelWindowTest, MacroButtonsFireOnTheLeftButtonOnly) {
@@ -255,8 +265,8 @@ TEST_F(FrmVantrelWindowTest, InsKeyDialogOpensOnceAtItsDesignSizeAndAKeyOrAClick
     EXPECT_EQ(open.size(), 1);
     return QPointer<QWidget>(open.value(0));
   };
-  window.menu("mnuInsKey").action().trigger();
-  window.menu("mnuInsKey").action().trigger();
+  window.menu(MenuId::mnuInsKey).action().trigger();
+  window.menu(MenuId::mnuInsKey).action().trigger();
   QPointer<QWidget> dialog = openDialog();
   ASSERT_TRUE(dialog);
   EXPECT_NEAR(dialog->width() * TwipsPerPixelX(*dialog), 2535, TwipsPerPixelX(*dialog));
@@ -272,7 +282,7 @@ TEST_F(FrmVantrelWindowTest, InsKeyDialogOpensOnceAtItsDesignSizeAndAKeyOrAClick
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_FALSE(dialog);
 
-  window.menu("mnuInsKey").action().trigger();
+  window.menu(MenuId::mnuInsKey).action().trigger();
   dialog = openDialog();
   ASSERT_TRUE(dialog);
   list = dialog->findChild<QListWidget*>();

@@ -53,7 +53,7 @@ class FrmWinKeyConfigWindowTest : protected DiskSettings, public FrmVantrelWindo
     Reopen();
   }
   void Reopen() {
-    window.menu("mnuPort").action().trigger();
+    window.menu(MenuId::mnuPort).action().trigger();
     dialog = Dialog();
     ASSERT_NE(dialog, nullptr);
     ASSERT_TRUE(dialog->isVisible());
@@ -118,14 +118,14 @@ TEST_F(FrmWinKeyConfigWindowTest, KeyerSetupOpensTheDialogOfTheKeyerInUse) {
   EXPECT_EQ(Find<QComboBox>("cmbTone").itemText(0), "400");
   dialog->close();
 
-  window.menu("mnuWinKey2").action().trigger();  // unticked: no keyer at all
+  window.menu(MenuId::mnuWinKey2).action().trigger();  // unticked: no keyer at all
   Reopen();
   EXPECT_EQ(dialog->windowTitle(), "WinKey config ...");
   EXPECT_EQ(Find<QComboBox>("cmbTone").itemText(0), "375");
   dialog->close();
 
-  window.menu("mnuSoftwareKeyer").action().trigger();
-  window.menu("mnuPort").action().trigger();
+  window.menu(MenuId::mnuSoftwareKeyer).action().trigger();
+  window.menu(MenuId::mnuPort).action().trigger();
   EXPECT_EQ(Dialog(), nullptr);
   EXPECT_NE(Dialog<FrmPortWindow>(), nullptr);
 }

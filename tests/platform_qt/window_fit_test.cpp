@@ -125,7 +125,7 @@ TEST_F(WindowFitTest, TheSpeedStaysWholeWhenItChangesAndTheWindowIsNarrowed) {
 
 TEST_F(WindowFitTest, WithTheToolBarHiddenTheWindowNarrowsToItsMenu) {
   StartSettled();
-  window.menu("mnuShowCallsign").action().trigger();
+  window.menu(MenuId::mnuShowCallsign).action().trigger();
   window.widget().resize(50, window.widget().height());
   for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
   const QMenuBar& bar = *window.widget().menuBar();

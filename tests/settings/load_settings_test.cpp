@@ -96,7 +96,7 @@ TEST_F(LoadSettingsTest, ExactValuesMatchOnlyInTheirOwnSpelling) {
   EXPECT_TRUE(cw.SidetoneEnabled);  // left alone, not turned off
 }
 
-using Item = std::string_view;  // a menu entry's name
+using Item = platform::MenuId;
 
 // A key whose value ticks one of three menu items; `caption` is the window's after it, if it sets one.
 struct ChoiceCase {
@@ -115,29 +115,29 @@ class MenuChoice : public LoadSettingsTest, public ::testing::WithParamInterface
 TEST_P(MenuChoice, TicksExactlyOneItemOfItsGroup) {
   Load({{GetParam().key, GetParam().value}});
   for (Item item : GetParam().group) {
-    EXPECT_EQ(p.menus.find(item)->second.Checked(), item == GetParam().ticked) << item;
+    EXPECT_EQ(p.menus.at(item).Checked(), item == GetParam().ticked) << platform::NameOf(item);
   }
   EXPECT_EQ(p.frmVantrel.Caption(), GetParam().caption);
 }
 
-constexpr std::array<Item, 3> kKeyers{"mnuWinKey", "mnuWinKey2", "mnuSoftwareKeyer"};
-constexpr std::array<Item, 3> kZeros{"mnuSend0as0", "mnuSend0asT", "mnuSend0asO"};
+constexpr std::array<Item, 3> kKeyers{Item::mnuWinKey, Item::mnuWinKey2, Item::mnuSoftwareKeyer};
+constexpr std::array<Item, 3> kZeros{Item::mnuSend0as0, Item::mnuSend0asT, Item::mnuSend0asO};
 constexpr const char* kKeyer = "Keyer to Use";
 constexpr const char* kZero = "Serial # 0 preference";
 constexpr const char* kSoftware = "Vantrel - Software";
 
 INSTANTIATE_TEST_SUITE_P(
     Values, MenuChoice,
-    ::testing::Values(ChoiceCase{kKeyer, "WinKey", kKeyers, "mnuWinKey", "Vantrel - WinKey"},
-                      ChoiceCase{kKeyer, "WinKey2", kKeyers, "mnuWinKey2", "Vantrel - WinKey"},
-                      ChoiceCase{kKeyer, "Software", kKeyers, "mnuSoftwareKeyer", kSoftware},
-                      ChoiceCase{kKeyer, "WINKEY2", kKeyers, "mnuSoftwareKeyer", kSoftware},
-                      ChoiceCase{kZero, "0", kZeros, "mnuSend0as0", kSoftware},
-                      ChoiceCase{kZero, "T", kZeros, "mnuSend0asT", kSoftware},
-                      ChoiceCase{kZero, "O", kZeros, "mnuSend0asO", kSoftware},
-                      ChoiceCase{kZero, "t", kZeros, "mnuSend0asO", kSoftware},
-                      ChoiceCase{kZero, "zero", kZeros, "mnuSend0asO", kSoftware},
-                      ChoiceCase{kZero, "", kZeros, "mnuSend0asO", kSoftware}));
+    ::testing::Values(ChoiceCase{kKeyer, "WinKey", kKeyers, Item::mnuWinKey, "Vantrel - WinKey"},
+                      ChoiceCase{kKeyer, "WinKey2", kKeyers, Item::mnuWinKey2, "Vantrel - WinKey"},
+                      ChoiceCase{kKeyer, "Software", kKeyers, Item::mnuSoftwareKeyer, kSoftware},
+                      ChoiceCase{kKeyer, "WINKEY2", kKeyers, Item::mnuSoftwareKeyer, kSoftware},
+                      ChoiceCase{kZero, "0", kZeros, Item::mnuSend0as0, kSoftware},
+                      ChoiceCase{kZero, "T", kZeros, Item::mnuSend0asT, kSoftware},
+                      ChoiceCase{kZero, "O", kZeros, Item::mnuSend0asO, kSoftware},
+                      ChoiceCase{kZero, "t", kZeros, Item::mnuSend0asO, kSoftware},
+                      ChoiceCase{kZero, "zero", kZeros, Item::mnuSend0asO, kSoftware},
+                      ChoiceCase{kZero, "", kZeros, Item::mnuSend0asO, kSoftware}));
 
 struct PortCase {
   const char* value;

@@ -150,6 +150,13 @@ TEST(Format, OtherCharactersAreCopied) {
   ExpectFormat("###-####", {{5551234, "555-1234"}, {15551234, "1555-1234"}});
 }
 
+TEST(Trim, SpacesOnlyWhereBlanksAreTabsToo) {
+  EXPECT_EQ(Trim("  \tCQ TEST\t "), "\tCQ TEST\t");
+  EXPECT_EQ(TrimBlanks("  \tCQ TEST\t "), "CQ TEST");
+  EXPECT_EQ(Trim("   "), "");
+  EXPECT_EQ(TrimBlanks(" \t "), "");
+}
+
 TEST(SameText, IgnoresCaseButNotLengthOrSpelling) {
   EXPECT_TRUE(SameText("FrmVantrel Settings", "frmVANTREL settings"));
   EXPECT_FALSE(SameText("SideTone", "SideTones"));

@@ -22,6 +22,7 @@
 #include <string>
 
 #include "platform/linux/link_protocol.h"
+#include "platform/neighbours.h"
 
 namespace {
 
@@ -160,7 +161,7 @@ class Logger {
     if (got == static_cast<ssize_t>(link::kPostSize)) {
       const int32_t code = link::GetInt32(datagram);
       std::string line = "post " + std::to_string(code) + " " + std::to_string(link::GetInt32(datagram + 4));
-      if (code == 200) {
+      if (code == static_cast<int32_t>(vantrel::platform::LinkCode::SlotChanged)) {
         line += " call \"" + SlotText(0) + "\" name \"" + SlotText(1) + "\" srx \"" + SlotText(6) + "\"";
       }
       Say(line);

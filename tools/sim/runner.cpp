@@ -6,6 +6,7 @@
 #include "cwdaemon/cw_daemon.h"
 #include "loggerlink/logger_link.h"
 #include "macros/frm_assign_key.h"
+#include "platform/key_codes.h"
 #include "platform/linux/comm_port_path.h"
 #include "platform/linux/ini_profile_file.h"
 #include "platform/linux/line_safety.h"
@@ -104,7 +105,7 @@ class Session {
   platform::TextBox& Box(const std::string& name);
   void KeyDown(int16_t keyCode, int16_t shift);
   void Resize(float width, float height);
-  void Menu(const std::string& name);
+  void Menu(platform::MenuId id);
   void OpenAssignKeyDialog();
   void Close();
   void Editor(const ScriptEvent& event);
@@ -219,7 +220,7 @@ void Session::TypeCharacter(unsigned char character) {
   const bool named = (upper >= 'A' && upper <= 'Z') || (upper >= '0' && upper <= '9') ||
                      upper == ' ' || upper == '\r';
   const std::string focused = p_.focused;
-  if (named) KeyDown(upper == '\r' ? 13 : upper, 0);
+  if (named) KeyDown(upper == '\r' ? platform::keys::kEnter : upper, 0);
   if (p_.focused != focused) return;  // the key moved the focus and went no further
   int16_t keyAscii = character;
   mainwindow::FrmVantrel& form = keyer_->form;
@@ -239,18 +240,18 @@ void Session::Resize(float width, float height) {
   p_.frmVantrel.SetHeight(height);
 }
 
-// Every entry of the window's menu tree, by its name there.
-void Session::Menu(const std::string& name) {
-  if (name == "mnuPort") {
+// Every entry of the window's menu tree.
+void Session::Menu(platform::MenuId id) {
+  if (id == platform::MenuId::mnuPort) {
     const mainwindow::KeyerKind chosen = keyer_->form.KeyerChosen();
     if (chosen == mainwindow::KeyerKind::Software) {
       OpenPortDialog();
     } else {
       OpenChipDialog(chosen == mainwindow::KeyerKind::WinKey2);
     }
-  } else if (name == "mnuInsKey") {
+  } else if (id == platform::MenuId::mnuInsKey) {
     OpenAssignKeyDialog();
-  } else if (const std::function<void()> handler = app::MenuHandler(*keyer_, name)) {
+  } else if (const std::function<void()> handler = app::MenuHandler(*keyer_, id)) {
     handler();
   }
 }
@@ -414,8 +415,8 @@ void Session::Apply(const ScriptEvent& event) {
     KeyDown(static_cast<int16_t>(event.first), static_cast<int16_t>(event.second));
   } else if (event.verb == "paste") {
     p_.frmVantrel.clipboard = event.argument;
-    keyer.form.cwTextBox_MouseDown(2);
-    keyer.form.cwTextBox_MouseUp(2);
+    keyer.form.cwTextBox_MouseDown(platform::keys::kRightButton);
+    keyer.form.cwTextBox_MouseUp(platform::keys::kRightButton);
   } else if (event.verb == "focus") {
     Box(event.name).SetFocus();
   } else if (event.verb == "field") {
@@ -442,8 +443,8 @@ void Session::Apply(const ScriptEvent& event) {
   } else if (event.verb == "button") {
     // A left click as the window delivers it: press, release, click.
     const auto index = static_cast<int16_t>(event.first);
-    keyer.mMacros.btnf_MouseDown(index, 1);
-    keyer.mMacros.btnf_MouseUp(index, 1);
+    keyer.mMacros.btnf_MouseDown(index, platform::keys::kLeftButton);
+    keyer.mMacros.btnf_MouseUp(index, platform::keys::kLeftButton);
     keyer.mMacros.btnF_Click(index);
   } else if (event.verb == "macro") {
     keyer.macros.MacroTexts.at(static_cast<size_t>(event.first)) = event.argument;
@@ -485,7 +486,7 @@ void Session::Apply(const ScriptEvent& event) {
     p_.cwControl.Unplug();
     p_.parallel.Unplug();
   } else if (event.verb == "menu") {
-    Menu(event.argument);
+    Menu(event.menu);
   }
 }
 

@@ -244,11 +244,10 @@ bool KnownVerb(const std::string& verb, bool& takesArgument) {
   return false;
 }
 
-bool KnownMenu(const std::string& name) {
-  for (const platform::MenuEntry& entry : platform::kMenuTree) {
-    if (name == entry.name) return std::string_view(entry.caption) != "-";
-  }
-  return false;
+std::optional<platform::MenuId> ClickableMenu(std::string_view name) {
+  const std::optional<platform::MenuId> id = platform::MenuNamed(name);
+  if (id && std::string_view(platform::EntryOf(*id).caption) == "-") return std::nullopt;
+  return id;
 }
 
 std::string Unescape(const std::string& text, int line) {
@@ -294,8 +293,10 @@ std::vector<ScriptEvent> ParseScript(std::istream& in) {
     if (argumentAt <= raw.size()) event.argument = Unescape(raw.substr(argumentAt), line);
     if (takesArgument && event.argument.empty()) throw ScriptError(line, verb + " needs an argument");
     if (!takesArgument && !event.argument.empty()) throw ScriptError(line, verb + " takes no argument");
-    if (verb == "menu" && !KnownMenu(event.argument)) {
-      throw ScriptError(line, "unknown menu entry '" + event.argument + "'");
+    if (verb == "menu") {
+      const std::optional<platform::MenuId> menu = ClickableMenu(event.argument);
+      if (!menu) throw ScriptError(line, "unknown menu entry '" + event.argument + "'");
+      event.menu = *menu;
     }
     ReadArguments(event);
     events.push_back(std::move(event));

@@ -3,9 +3,13 @@
 #pragma once
 
 #include <istream>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "platform/main_window_design.h"
 
 namespace vantrel::sim {
 
@@ -23,11 +27,12 @@ struct ScriptEvent {
   // editor-type a box's name, then its text in `argument`; editor-click a
   // button's name; editor-mouse "enter" or "leave". pick-color a colour;
   // pick-font the colour, the size in `size`, the style in `name` and the
-  // font's name in `argument`.
+  // font's name in `argument`. menu the entry.
   std::string name;
   int first = 0;
   int second = 0;
   double size = 0;
+  platform::MenuId menu = {};
 };
 
 class ScriptError : public std::runtime_error {
@@ -40,7 +45,7 @@ class ScriptError : public std::runtime_error {
 bool KnownVerb(const std::string& verb, bool& takesArgument);
 // Menu entries that the "menu" verb can click: every entry of the window's
 // menu tree but the separators, by its name there.
-bool KnownMenu(const std::string& name);
+std::optional<platform::MenuId> ClickableMenu(std::string_view name);
 // The controls that "focus" and "field" name.
 bool KnownFocus(const std::string& name);
 // The macro editor's buttons that "editor-click" names.

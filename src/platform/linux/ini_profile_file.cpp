@@ -97,7 +97,7 @@ struct Parsed {
 
 Parsed Parse(std::string_view body) {
   Parsed parsed;
-  const std::string_view trimmed = TrimProfileBlanks(body);
+  const std::string_view trimmed = vb::TrimBlanks(body);
   if (trimmed.empty()) {
     parsed.kind = Kind::kBlank;
   } else if (trimmed.front() == ';') {
@@ -107,10 +107,10 @@ Parsed Parse(std::string_view body) {
     std::string_view name = trimmed.substr(1);
     name = name.substr(0, name.find(']'));
     parsed.kind = Kind::kSection;
-    parsed.name = TrimProfileBlanks(name);
+    parsed.name = vb::TrimBlanks(name);
   } else if (const size_t equals = body.find('='); equals != std::string_view::npos) {
     parsed.kind = Kind::kKey;
-    parsed.name = TrimProfileBlanks(body.substr(0, equals));
+    parsed.name = vb::TrimBlanks(body.substr(0, equals));
     parsed.value = body.substr(equals + 1);
     parsed.afterEquals = equals + 1;
   }
@@ -205,7 +205,7 @@ std::string TemporaryPrefix(const std::string& file) {
 std::string IniProfileFile::GetPrivateProfileString(const std::string& section, const std::string& key,
                                                     const std::string& fallback, int size,
                                                     const std::string& file) {
-  std::string value(TrimProfileBlanks(fallback));
+  std::string value(vb::TrimBlanks(fallback));
   if (const std::optional<std::string> text = ReadWhole(file)) {
     const std::vector<Line> lines = SplitLines(*text).lines;
     if (const auto span = FindSection(lines, section)) {

@@ -40,29 +40,29 @@ struct MemoryPlatform {
   MemoryTextBox NameField{trace, 0, "NameField", "field NameField"};
   MemoryTextBox SRXField{trace, 0, "SRXField", "field SRXField"};
   MemoryComboBox cmbPrevious;
-  // Every entry of the menu tree; the logic's are also reached by name.
-  std::map<std::string, MemoryMenuItem, std::less<>> menus = MenusOfTheTree(trace);
-  MemoryMenuItem& mnuTX = menus.at("mnuTX");
-  MemoryMenuItem& mnuAbort = menus.at("mnuAbort");
-  MemoryMenuItem& mnuConfig = menus.at("mnuConfig");
-  MemoryMenuItem& mnuView = menus.at("mnuView");
-  MemoryMenuItem& mnuKeying = menus.at("mnuKeying");
-  MemoryMenuItem& mnuVOX = menus.at("mnuVOX");
-  MemoryMenuItem& mnuMOX = menus.at("mnuMOX");
-  MemoryMenuItem& mnuDedicatedSerialPort = menus.at("mnuDedicatedSerialPort");
-  MemoryMenuItem& mnuWinKey = menus.at("mnuWinKey");
-  MemoryMenuItem& mnuWinKey2 = menus.at("mnuWinKey2");
-  MemoryMenuItem& mnuSoftwareKeyer = menus.at("mnuSoftwareKeyer");
-  MemoryMenuItem& mnuOnTop = menus.at("mnuOnTop");
-  MemoryMenuItem& mFkeys = menus.at("mFkeys");
-  MemoryMenuItem& mAFkeys = menus.at("mAFkeys");
-  MemoryMenuItem& mSFkeys = menus.at("mSFkeys");
-  MemoryMenuItem& mnuShowCallsign = menus.at("mnuShowCallsign");
-  MemoryMenuItem& mnuShowSRX = menus.at("mnuShowSRX");
-  MemoryMenuItem& mnuSend0as0 = menus.at("mnuSend0as0");
-  MemoryMenuItem& mnuSend0asT = menus.at("mnuSend0asT");
-  MemoryMenuItem& mnuSend0asO = menus.at("mnuSend0asO");
-  MemoryMenuItem& mnuVersion = menus.at("mnuVersion");
+  // Every entry of the menu tree; the logic's also by a member each.
+  std::map<MenuId, MemoryMenuItem> menus = MenusOfTheTree(trace);
+  MemoryMenuItem& mnuTX = menus.at(MenuId::mnuTX);
+  MemoryMenuItem& mnuAbort = menus.at(MenuId::mnuAbort);
+  MemoryMenuItem& mnuConfig = menus.at(MenuId::mnuConfig);
+  MemoryMenuItem& mnuView = menus.at(MenuId::mnuView);
+  MemoryMenuItem& mnuKeying = menus.at(MenuId::mnuKeying);
+  MemoryMenuItem& mnuVOX = menus.at(MenuId::mnuVOX);
+  MemoryMenuItem& mnuMOX = menus.at(MenuId::mnuMOX);
+  MemoryMenuItem& mnuDedicatedSerialPort = menus.at(MenuId::mnuDedicatedSerialPort);
+  MemoryMenuItem& mnuWinKey = menus.at(MenuId::mnuWinKey);
+  MemoryMenuItem& mnuWinKey2 = menus.at(MenuId::mnuWinKey2);
+  MemoryMenuItem& mnuSoftwareKeyer = menus.at(MenuId::mnuSoftwareKeyer);
+  MemoryMenuItem& mnuOnTop = menus.at(MenuId::mnuOnTop);
+  MemoryMenuItem& mFkeys = menus.at(MenuId::mFkeys);
+  MemoryMenuItem& mAFkeys = menus.at(MenuId::mAFkeys);
+  MemoryMenuItem& mSFkeys = menus.at(MenuId::mSFkeys);
+  MemoryMenuItem& mnuShowCallsign = menus.at(MenuId::mnuShowCallsign);
+  MemoryMenuItem& mnuShowSRX = menus.at(MenuId::mnuShowSRX);
+  MemoryMenuItem& mnuSend0as0 = menus.at(MenuId::mnuSend0as0);
+  MemoryMenuItem& mnuSend0asT = menus.at(MenuId::mnuSend0asT);
+  MemoryMenuItem& mnuSend0asO = menus.at(MenuId::mnuSend0asO);
+  MemoryMenuItem& mnuVersion = menus.at(MenuId::mnuVersion);
   MemoryPlacedControl ElasticOne1;
   MemoryPlacedControl ElasticOne2;
   MemoryPlacedControl ElasticOne3;
@@ -93,7 +93,8 @@ struct MemoryPlatform {
       mnuOnTop,    mFkeys,      mAFkeys,       mSFkeys,     mnuShowCallsign, mnuShowSRX,
       mnuSend0as0, mnuSend0asT, mnuSend0asO,   mnuVersion,  ElasticOne1, ElasticOne2,
       ElasticOne3, btnf,        sBar,          KeyBox,      PTTBox,    Timer1, LoopTimer, CommonDialog1,
-      ControlOrder([this](std::string_view name) -> Control& { return Named(name); })};
+      ControlOrder([this](std::string_view name) -> Control& { return Named(name); },
+                   [this](MenuId id) -> Control& { return menus.at(id); })};
 
   // The window's design: what docking would give a window of design size.
   MemoryPlatform() {
@@ -130,17 +131,15 @@ struct MemoryPlatform {
     Place(ElasticOne1, 0, 2880, 7125, 270);
   }
 
-  static std::map<std::string, MemoryMenuItem, std::less<>> MenusOfTheTree(Trace& trace) {
-    std::map<std::string, MemoryMenuItem, std::less<>> menus;
+  static std::map<MenuId, MemoryMenuItem> MenusOfTheTree(Trace& trace) {
+    std::map<MenuId, MemoryMenuItem> menus;
     for (const MenuEntry& entry : kMenuTree) {
-      menus.try_emplace(entry.name, trace, entry.name, entry.caption);
+      menus.try_emplace(entry.id, trace, entry.name, entry.caption);
     }
     return menus;
   }
 
   Control& Named(std::string_view name) {
-    const auto menu = menus.find(name);
-    if (menu != menus.end()) return menu->second;
     const std::map<std::string_view, Control*> others{
         {"CWTextBox", &CWTextBox},     {"CallsignField", &CallsignField},
         {"NameField", &NameField},     {"SRXField", &SRXField},

@@ -15,7 +15,7 @@ std::string MemoryProfileFile::GetPrivateProfileString(const std::string& sectio
                                                        const std::string& key,
                                                        const std::string& fallback, int size,
                                                        const std::string& file) {
-  std::string value(TrimProfileBlanks(fallback));
+  std::string value(vb::TrimBlanks(fallback));
   const auto found = files_.find(file);
   if (const Section* s = found == files_.end() ? nullptr : Find(found->second, section)) {
     for (const auto& [name, stored] : s->entries) {

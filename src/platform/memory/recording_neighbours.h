@@ -15,8 +15,8 @@ class RecordingLoggerLink : public LoggerLink {
  public:
   explicit RecordingLoggerLink(Trace& trace) : trace_(trace) {}
   void PollLink() override { ++polls; }
-  void PostLink(int32_t code, int32_t value) override {
-    trace_.Emit("post " + std::to_string(code) + " " + std::to_string(value));
+  void PostLink(LinkCode code, int32_t value) override {
+    trace_.Emit("post " + std::to_string(static_cast<int32_t>(code)) + " " + std::to_string(value));
   }
   void LogContact() override {
     ++contactsLogged;

@@ -157,10 +157,8 @@ FrmVantrelWindow::FrmVantrelWindow() : window_(std::make_unique<MainWindowWidget
       {"cmbPrevious", cmbPrevious_.get()}, {"ElasticOne1", elasticOne1_.get()},
       {"ElasticOne2", elasticOne2_.get()}, {"ElasticOne3", elasticOne3_.get()},
       {"ElasticOne4", elasticOne4_.get()}, {"sBar", sBar_.get()}};
-  std::vector<Control*> order = ControlOrder([&](std::string_view name) -> Control& {
-    const auto found = menus_.find(name);
-    return found != menus_.end() ? *found->second : *others.at(name);
-  });
+  std::vector<Control*> order = ControlOrder([&](std::string_view name) -> Control& { return *others.at(name); },
+                                             [this](MenuId id) -> Control& { return menu(id); });
 
   controls_.reset(new MainWindowControls{
       .frmVantrel = *frmVantrel_,
@@ -169,27 +167,27 @@ FrmVantrelWindow::FrmVantrelWindow() : window_(std::make_unique<MainWindowWidget
       .NameField = *nameField_,
       .SRXField = *srxField_,
       .cmbPrevious = *cmbPrevious_,
-      .mnuTX = menu("mnuTX"),
-      .mnuAbort = menu("mnuAbort"),
-      .mnuConfig = menu("mnuConfig"),
-      .mnuView = menu("mnuView"),
-      .mnuKeying = menu("mnuKeying"),
-      .mnuVOX = menu("mnuVOX"),
-      .mnuMOX = menu("mnuMOX"),
-      .mnuDedicatedSerialPort = menu("mnuDedicatedSerialPort"),
-      .mnuWinKey = menu("mnuWinKey"),
-      .mnuWinKey2 = menu("mnuWinKey2"),
-      .mnuSoftwareKeyer = menu("mnuSoftwareKeyer"),
-      .mnuOnTop = menu("mnuOnTop"),
-      .mFkeys = menu("mFkeys"),
-      .mAFkeys = menu("mAFkeys"),
-      .mSFkeys = menu("mSFkeys"),
-      .mnuShowCallsign = menu("mnuShowCallsign"),
-      .mnuShowSRX = menu("mnuShowSRX"),
-      .mnuSend0as0 = menu("mnuSend0as0"),
-      .mnuSend0asT = menu("mnuSend0asT"),
-      .mnuSend0asO = menu("mnuSend0asO"),
-      .mnuVersion = menu("mnuVersion"),
+      .mnuTX = menu(MenuId::mnuTX),
+      .mnuAbort = menu(MenuId::mnuAbort),
+      .mnuConfig = menu(MenuId::mnuConfig),
+      .mnuView = menu(MenuId::mnuView),
+      .mnuKeying = menu(MenuId::mnuKeying),
+      .mnuVOX = menu(MenuId::mnuVOX),
+      .mnuMOX = menu(MenuId::mnuMOX),
+      .mnuDedicatedSerialPort = menu(MenuId::mnuDedicatedSerialPort),
+      .mnuWinKey = menu(MenuId::mnuWinKey),
+      .mnuWinKey2 = menu(MenuId::mnuWinKey2),
+      .mnuSoftwareKeyer = menu(MenuId::mnuSoftwareKeyer),
+      .mnuOnTop = menu(MenuId::mnuOnTop),
+      .mFkeys = menu(MenuId::mFkeys),
+      .mAFkeys = menu(MenuId::mAFkeys),
+      .mSFkeys = menu(MenuId::mSFkeys),
+      .mnuShowCallsign = menu(MenuId::mnuShowCallsign),
+      .mnuShowSRX = menu(MenuId::mnuShowSRX),
+      .mnuSend0as0 = menu(MenuId::mnuSend0as0),
+      .mnuSend0asT = menu(MenuId::mnuSend0asT),
+      .mnuSend0asO = menu(MenuId::mnuSend0asO),
+      .mnuVersion = menu(MenuId::mnuVersion),
       .ElasticOne1 = *elasticOne1_,
       .ElasticOne2 = *elasticOne2_,
       .ElasticOne3 = *elasticOne3_,
@@ -233,7 +231,7 @@ void FrmVantrelWindow::BuildMenus() {
     } else {
       action = parent ? parent->addAction(caption) : bar.addAction(caption);
     }
-    menus_[entry.name] = std::make_unique<QtMenuItem>(*action, submenu);
+    menus_[i] = std::make_unique<QtMenuItem>(*action, submenu);
   }
 }
 

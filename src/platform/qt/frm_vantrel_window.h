@@ -5,12 +5,12 @@
 #pragma once
 
 #include <QPointer>
-#include <map>
+#include <array>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "platform/main_window_controls.h"
+#include "platform/main_window_design.h"
 #include "platform/qt/qt_controls.h"
 #include "platform/qt/qt_text_box.h"
 #include "platform/qt/qt_window.h"
@@ -28,8 +28,8 @@ class FrmVantrelWindow {
   EventPump& pump() { return pump_; }
   MainWindowWidget& widget() { return *window_; }
 
-  // Every menu entry by its name, separators included.
-  QtMenuItem& menu(const std::string& name) { return *menus_.at(name); }
+  // Every menu entry, separators included.
+  QtMenuItem& menu(MenuId id) { return *menus_[static_cast<size_t>(id)]; }
 
   QtTextBox& CWTextBox() { return *cwTextBox_; }
   QtTextBox& CallsignField() { return *callsignField_; }
@@ -48,7 +48,7 @@ class FrmVantrelWindow {
   std::unique_ptr<MainWindowWidget> window_;
   QtEventPump pump_;
   std::unique_ptr<QtWindow> frmVantrel_;
-  std::map<std::string, std::unique_ptr<QtMenuItem>, std::less<>> menus_;
+  std::array<std::unique_ptr<QtMenuItem>, kMenuCount> menus_;
   std::unique_ptr<QtTextBox> cwTextBox_, callsignField_, nameField_, srxField_;
   std::unique_ptr<QtComboBox> cmbPrevious_;
   std::unique_ptr<QtDockedPanel> elasticOne1_, elasticOne2_, elasticOne3_, elasticOne4_;

@@ -5,15 +5,16 @@
 #include <QTextEdit>
 #include <string>
 
+#include "platform/key_codes.h"
 #include "platform/qt/qt_text_box.h"
 
 namespace vantrel::platform::qt {
 
 int16_t WindowsButton(Qt::MouseButton button) {
   switch (button) {
-    case Qt::LeftButton: return 1;
-    case Qt::RightButton: return 2;
-    case Qt::MiddleButton: return 4;
+    case Qt::LeftButton: return keys::kLeftButton;
+    case Qt::RightButton: return keys::kRightButton;
+    case Qt::MiddleButton: return keys::kMiddleButton;
     default: return 0;
   }
 }
@@ -34,30 +35,30 @@ int16_t KeyOfCharacter(int key) {
     case Qt::Key_Asterisk: return '8';
     case Qt::Key_ParenLeft: return '9';
     case Qt::Key_ParenRight: return '0';
-    case Qt::Key_Semicolon: case Qt::Key_Colon: return 186;
-    case Qt::Key_Equal: case Qt::Key_Plus: return 187;
-    case Qt::Key_Comma: case Qt::Key_Less: return 188;
-    case Qt::Key_Minus: case Qt::Key_Underscore: return 189;
-    case Qt::Key_Period: case Qt::Key_Greater: return 190;
-    case Qt::Key_Slash: case Qt::Key_Question: return 191;
-    case Qt::Key_QuoteLeft: case Qt::Key_AsciiTilde: return 192;
-    case Qt::Key_BracketLeft: case Qt::Key_BraceLeft: return 219;
-    case Qt::Key_Backslash: case Qt::Key_Bar: return 220;
-    case Qt::Key_BracketRight: case Qt::Key_BraceRight: return 221;
-    case Qt::Key_Apostrophe: case Qt::Key_QuoteDbl: return 222;
+    case Qt::Key_Semicolon: case Qt::Key_Colon: return keys::kSemicolon;
+    case Qt::Key_Equal: case Qt::Key_Plus: return keys::kEquals;
+    case Qt::Key_Comma: case Qt::Key_Less: return keys::kComma;
+    case Qt::Key_Minus: case Qt::Key_Underscore: return keys::kMinus;
+    case Qt::Key_Period: case Qt::Key_Greater: return keys::kPeriod;
+    case Qt::Key_Slash: case Qt::Key_Question: return keys::kSlash;
+    case Qt::Key_QuoteLeft: case Qt::Key_AsciiTilde: return keys::kBackquote;
+    case Qt::Key_BracketLeft: case Qt::Key_BraceLeft: return keys::kOpenBracket;
+    case Qt::Key_Backslash: case Qt::Key_Bar: return keys::kBackslash;
+    case Qt::Key_BracketRight: case Qt::Key_BraceRight: return keys::kCloseBracket;
+    case Qt::Key_Apostrophe: case Qt::Key_QuoteDbl: return keys::kQuote;
     default: return 0;
   }
 }
 
-// The number pad has codes of its own: 96 to 105 for the digits, then * + - . /.
+// The number pad has codes of its own.
 int16_t KeypadKey(int key) {
-  if (key >= Qt::Key_0 && key <= Qt::Key_9) return static_cast<int16_t>(96 + key - Qt::Key_0);
+  if (key >= Qt::Key_0 && key <= Qt::Key_9) return static_cast<int16_t>(keys::kPad0 + key - Qt::Key_0);
   switch (key) {
-    case Qt::Key_Asterisk: return 106;
-    case Qt::Key_Plus: return 107;
-    case Qt::Key_Minus: return 109;
-    case Qt::Key_Period: case Qt::Key_Comma: return 110;
-    case Qt::Key_Slash: return 111;
+    case Qt::Key_Asterisk: return keys::kPadMultiply;
+    case Qt::Key_Plus: return keys::kPadAdd;
+    case Qt::Key_Minus: return keys::kPadSubtract;
+    case Qt::Key_Period: case Qt::Key_Comma: return keys::kPadPoint;
+    case Qt::Key_Slash: return keys::kPadDivide;
     default: return 0;
   }
 }
@@ -78,42 +79,42 @@ int16_t WindowsKeyCode(const QKeyEvent& event) {
       key != Qt::Key_division) {
     return static_cast<int16_t>(key);
   }
-  if (key >= Qt::Key_F1 && key <= Qt::Key_F24) return static_cast<int16_t>(112 + key - Qt::Key_F1);
+  if (key >= Qt::Key_F1 && key <= Qt::Key_F24) return static_cast<int16_t>(keys::kF1 + key - Qt::Key_F1);
   switch (key) {
-    case Qt::Key_Backspace: return 8;
-    case Qt::Key_Tab: case Qt::Key_Backtab: return 9;
-    case Qt::Key_Return: case Qt::Key_Enter: return 13;
-    case Qt::Key_Shift: return 16;
-    case Qt::Key_Control: return 17;
-    case Qt::Key_Alt: return 18;
-    case Qt::Key_Pause: return 19;
-    case Qt::Key_CapsLock: return 20;
-    case Qt::Key_Escape: return 27;
-    case Qt::Key_Space: return 32;
-    case Qt::Key_PageUp: return 33;
-    case Qt::Key_PageDown: return 34;
-    case Qt::Key_End: return 35;
-    case Qt::Key_Home: return 36;
-    case Qt::Key_Left: return 37;
-    case Qt::Key_Up: return 38;
-    case Qt::Key_Right: return 39;
-    case Qt::Key_Down: return 40;
-    case Qt::Key_Print: return 44;
-    case Qt::Key_Insert: return 45;
-    case Qt::Key_Delete: return 46;
-    case Qt::Key_Meta: return 91;
-    case Qt::Key_Menu: return 93;
-    case Qt::Key_NumLock: return 144;
-    case Qt::Key_ScrollLock: return 145;
+    case Qt::Key_Backspace: return keys::kBackspace;
+    case Qt::Key_Tab: case Qt::Key_Backtab: return keys::kTab;
+    case Qt::Key_Return: case Qt::Key_Enter: return keys::kEnter;
+    case Qt::Key_Shift: return keys::kShiftKey;
+    case Qt::Key_Control: return keys::kCtrlKey;
+    case Qt::Key_Alt: return keys::kAltKey;
+    case Qt::Key_Pause: return keys::kPause;
+    case Qt::Key_CapsLock: return keys::kCapsLock;
+    case Qt::Key_Escape: return keys::kEsc;
+    case Qt::Key_Space: return keys::kSpace;
+    case Qt::Key_PageUp: return keys::kPageUp;
+    case Qt::Key_PageDown: return keys::kPageDown;
+    case Qt::Key_End: return keys::kEnd;
+    case Qt::Key_Home: return keys::kHome;
+    case Qt::Key_Left: return keys::kLeft;
+    case Qt::Key_Up: return keys::kUp;
+    case Qt::Key_Right: return keys::kRight;
+    case Qt::Key_Down: return keys::kDown;
+    case Qt::Key_Print: return keys::kPrint;
+    case Qt::Key_Insert: return keys::kInsert;
+    case Qt::Key_Delete: return keys::kDelete;
+    case Qt::Key_Meta: return keys::kWindows;
+    case Qt::Key_Menu: return keys::kMenu;
+    case Qt::Key_NumLock: return keys::kNumLock;
+    case Qt::Key_ScrollLock: return keys::kScrollLock;
     default: return KeyOfCharacter(key);
   }
 }
 
 int16_t WindowsShift(const QKeyEvent& event) {
   const Qt::KeyboardModifiers held = event.modifiers();
-  return static_cast<int16_t>(((held & Qt::ShiftModifier) ? 1 : 0) |
-                              ((held & Qt::ControlModifier) ? 2 : 0) |
-                              ((held & Qt::AltModifier) ? 4 : 0));
+  return static_cast<int16_t>(((held & Qt::ShiftModifier) ? keys::kShiftMask : 0) |
+                              ((held & Qt::ControlModifier) ? keys::kCtrlMask : 0) |
+                              ((held & Qt::AltModifier) ? keys::kAltMask : 0));
 }
 
 KeyEvents::KeyEvents(QtTextBox& box, KeyHandlers handlers)
@@ -170,7 +171,7 @@ bool KeyEvents::eventFilter(QObject* /*watched*/, QEvent* event) {
       if (!handlers_.mouseUp) return false;
       const int16_t button = WindowsButton(static_cast<QMouseEvent*>(event)->button());
       handlers_.mouseUp(button);
-      return button != 1;
+      return button != keys::kLeftButton;
     }
     case QEvent::FocusIn:
       if (handlers_.gotFocus) handlers_.gotFocus();
