@@ -17,10 +17,10 @@
 #include <string>
 #include <vector>
 
-#include "report.h"
 #include "app/vantrel.h"
 #include "platform/memory/memory_platform.h"
 #include "platform/qt/frm_vantrel_window.h"
+#include "report.h"
 
 namespace {
 

@@ -2,12 +2,10 @@
 // the objects of its windows, wired to each other.
 #pragma once
 
-#include "loggerlink/link_state.h"
+#include "app/load_settings.h"
 #include "macros/frm_cw_macro_setup.h"
 #include "macros/m_macros.h"
-#include "macros/macro_state.h"
 #include "mainwindow/frm_vantrel.h"
-#include "mainwindow/main_window_state.h"
 #include "platform/platform.h"
 #include "sending/cw_state.h"
 #include "sending/key_lines.h"
@@ -17,6 +15,9 @@
 #include "sending/transmit_control.h"
 #include "settings/settings_store.h"
 #include "setup/speed_calibration.h"
+#include "state/link_state.h"
+#include "state/macro_state.h"
+#include "state/main_window_state.h"
 #include "winkey/winkey_host.h"
 #include "winkey/winkey_settings.h"
 
@@ -44,7 +45,13 @@ class Vantrel {
                                                  store, store.SettingsFilePath}),
         mMacros(macros::MacroNeighbours{cw, macros, window, link, p.controls, control, lines, p.link,
                                         winKey, macroEditor, store, form.ActiveField}),
-        calibration(cw, software, control, p.controls, p.scheduler, p.pump) {}
+        calibration(cw, software, control, p.controls, p.scheduler, p.pump) {
+    form.LoadSettingsWith([this, &controls = p.controls, &pump = p.pump] {
+      SettingsHolders holders{cw,      window, macros, winKeySettings,
+                              controls, control, pump, [this] { form.mnuShowSRX_Click(); }};
+      LoadSettings(store, holders);
+    });
+  }
 
   sending::CwState cw;
   mainwindow::MainWindowState window;

@@ -28,14 +28,14 @@
 #include "platform/linux/linux_serial_ports.h"
 #include "platform/linux/linux_system.h"
 #include "platform/linux/portaudio_sound.h"
-#include "platform/linux/profile_claim.h"
 #include "platform/linux/ppdev_parallel_port.h"
+#include "platform/linux/profile_claim.h"
 #include "platform/linux/termios_serial_port.h"
 #include "platform/linux/udp_datagram_socket.h"
 #include "platform/qt/frm_cw_macro_setup_window.h"
 #include "platform/qt/frm_vantrel_window.h"
-#include "platform/qt/qt_dialog_controls.h"
 #include "platform/qt/qt_descriptor_watch.h"
+#include "platform/qt/qt_dialog_controls.h"
 #include "settings/settings_store.h"
 
 namespace {

@@ -4,7 +4,6 @@
 
 #include "platform/window.h"
 #include "vb/vb.h"
-#include "winkey/winkey_protocol.h"
 
 namespace vantrel::cwdaemon {
 namespace {

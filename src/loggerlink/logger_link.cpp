@@ -3,7 +3,6 @@
 #include <cctype>
 
 #include "platform/key_codes.h"
-#include "settings/settings_store.h"
 #include "vb/vb.h"
 
 namespace vantrel::loggerlink {
@@ -18,7 +17,7 @@ bool StartsWithNoCase(const std::string& text, const std::string& prefix) {
 }
 
 std::string SlotText(const LinkState& s, LinkSlot slot) {
-  return settings::TrimAtNul(s.Slots[static_cast<size_t>(slot)]);
+  return vb::TrimAtNul(s.Slots[static_cast<size_t>(slot)]);
 }
 
 }  // namespace

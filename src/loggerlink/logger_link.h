@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <string>
 
-#include "loggerlink/link_state.h"
 #include "platform/link_channel.h"
 #include "platform/main_window_controls.h"
 #include "platform/neighbours.h"
+#include "state/link_state.h"
 
 namespace vantrel::loggerlink {
 

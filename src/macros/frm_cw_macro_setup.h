@@ -7,12 +7,12 @@
 #include <memory>
 #include <string>
 
-#include "macros/macro_state.h"
 #include "platform/common_dialog.h"
 #include "platform/controls.h"
 #include "platform/macro_setup_window.h"
 #include "platform/neighbours.h"
 #include "settings/setting_writer.h"
+#include "state/macro_state.h"
 
 namespace vantrel::macros {
 

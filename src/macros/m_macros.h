@@ -7,15 +7,15 @@
 #include <string>
 #include <utility>
 
-#include "loggerlink/link_state.h"
-#include "macros/macro_state.h"
-#include "mainwindow/main_window_state.h"
 #include "platform/main_window_controls.h"
 #include "platform/neighbours.h"
 #include "sending/cw_state.h"
 #include "sending/key_lines.h"
 #include "sending/transmit_control.h"
 #include "settings/setting_writer.h"
+#include "state/link_state.h"
+#include "state/macro_state.h"
+#include "state/main_window_state.h"
 
 namespace vantrel::macros {
 

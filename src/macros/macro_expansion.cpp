@@ -169,7 +169,7 @@ void MMacros::MessageStep(std::string& text) {
 }
 
 std::string MMacros::LinkValue(loggerlink::LinkSlot slot) const {
-  return settings::TrimAtNul(n_.logger.ReadLinkSlot(static_cast<int16_t>(slot)));
+  return vb::TrimAtNul(n_.logger.ReadLinkSlot(static_cast<int16_t>(slot)));
 }
 
 std::string MMacros::Report(loggerlink::LinkSlot slot, bool nines) const {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "settings/load_settings.h"
 #include "vb/vb.h"
 
 namespace vantrel::mainwindow {
@@ -82,9 +81,7 @@ void FrmVantrel::Form_Load() {
   c_.KeyBox.SetPicture(platform::Picture::Red);
   s_.link.LinkMessage = p_.linkChannel.RegisterWindowMessage(kLinkName);
 
-  settings::SettingsHolders holders{cw_,      s_.window, s_.macros, s_.winKeySettings, c_,
-                                    control_, p_.pump,   [this] { mnuShowSRX_Click(); }};
-  settings::LoadSettings(store_, holders);
+  loadSettings_();
 
   UseTickedKeyer();
   control_.keyer().Open();

@@ -3,17 +3,19 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 
-#include "loggerlink/link_state.h"
-#include "macros/macro_state.h"
-#include "mainwindow/main_window_state.h"
 #include "platform/platform.h"
 #include "sending/cw_state.h"
 #include "sending/key_lines.h"
 #include "sending/software_keyer.h"
 #include "sending/transmit_control.h"
 #include "settings/settings_store.h"
+#include "state/link_state.h"
+#include "state/macro_state.h"
+#include "state/main_window_state.h"
 #include "winkey/winkey_host.h"
 #include "winkey/winkey_settings.h"
 
@@ -56,6 +58,9 @@ class FrmVantrel {
              settings::SettingsStore& store, platform::MacroLoop& macroLoop,
              StartupEnvironment environment);
 
+  // What reads the settings file into the keyer, in the middle of Form_Load:
+  // the program's wiring, which knows every module that a setting reaches.
+  void LoadSettingsWith(std::function<void()> load) { loadSettings_ = std::move(load); }
   // Brings the keyer up in its fixed order.
   void Form_Load();
   // A close request; `cancel` set keeps the window. The first one during a
@@ -179,6 +184,7 @@ class FrmVantrel {
   winkey::WinKeyHost& chip_;
   StartupEnvironment environment_;
   KeyerKind keyerKind_ = KeyerKind::None;
+  std::function<void()> loadSettings_;
 };
 
 }  // namespace vantrel::mainwindow

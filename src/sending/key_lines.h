@@ -8,12 +8,12 @@
 #include <string>
 #include <utility>
 
-#include "loggerlink/link_state.h"
 #include "platform/link_channel.h"
 #include "platform/main_window_controls.h"
 #include "platform/neighbours.h"
 #include "platform/ports.h"
 #include "sending/cw_state.h"
+#include "state/link_state.h"
 
 namespace vantrel::sending {
 

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <utility>
 
-#include "settings/load_settings.h"
 #include "vb/vb.h"
 
 namespace vantrel::settings {
@@ -25,24 +24,8 @@ std::string FormatStamp(const platform::LocalTime& t) {
 
 }  // namespace
 
-std::string TrimAtNul(std::string_view text) {
-  std::string trimmed = vb::Trim(text);
-  const auto nul = trimmed.find('\0');
-  if (nul == std::string::npos || nul == 0) return "";
-  trimmed.resize(nul);
-  return trimmed;
-}
-
 std::string SettingsFilePathFor(const std::string& programDirectory, const std::string& commandLine) {
   return programDirectory + "/" + commandLine + "Vantrel.INI";
-}
-
-const char* SectionOf(std::string_view key) {
-  if (vb::SameText(key, "Address") || vb::SameText(key, "Port")) return kNetworkSection;
-  for (const Setting& setting : SettingsTable()) {
-    if (setting.section == Section::Keyer && vb::SameText(setting.key, key)) return kKeyerSection;
-  }
-  return kMainSection;
 }
 
 void SettingsStore::LocateSettingsFile(const std::string& programDirectory,
@@ -65,7 +48,7 @@ std::string SettingsStore::ReadSetting(const std::string& key, const std::string
                             : files_.GetPrivateProfileString(SettingsSection, key, fallback,
                                                              SettingsBufferSize, SettingsFilePath);
   buffer.resize(static_cast<size_t>(SettingsBufferSize), '\0');
-  return TrimAtNul(buffer);
+  return vb::TrimAtNul(buffer);
 }
 
 bool SettingsStore::WriteSetting(const std::string& section, const std::string& key,

@@ -21,16 +21,8 @@ inline constexpr const char* kStampKey = "Create Date/Time";
 // The longest value a read gives back; a longer one is cut to it.
 inline constexpr size_t kLongestValueRead = 1999;
 
-// Blanks off both ends, then the text before the first NUL; empty when the NUL
-// stands first or there is none, as a fixed-width buffer reads.
-std::string TrimAtNul(std::string_view text);
-
 // The settings file of the profile named on the command line.
 std::string SettingsFilePathFor(const std::string& programDirectory, const std::string& commandLine);
-
-// The section a writer puts a key in: the keyer's for its keys, the
-// network's for its own, else the main one.
-const char* SectionOf(std::string_view key);
 
 class SettingsStore : public SettingWriter {
  public:

@@ -399,4 +399,12 @@ std::string UCase(std::string text) {
   return text;
 }
 
+std::string TrimAtNul(std::string_view text) {
+  std::string trimmed = Trim(text);
+  const auto nul = trimmed.find('\0');
+  if (nul == std::string::npos || nul == 0) return "";
+  trimmed.resize(nul);
+  return trimmed;
+}
+
 }  // namespace vantrel::vb

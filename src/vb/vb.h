@@ -56,6 +56,9 @@ std::string Trim(std::string_view text);
 // Without leading and trailing blanks, spaces and tabs alike: what the number
 // conversions skip and the settings file drops around names and values.
 std::string_view TrimBlanks(std::string_view text);
+// Blanks off both ends, then the text before the first NUL; empty when the NUL
+// stands first or there is none, as a fixed-width buffer reads.
+std::string TrimAtNul(std::string_view text);
 
 // Text comparison without regard to case, as setting and section names compare.
 bool SameText(std::string_view a, std::string_view b);

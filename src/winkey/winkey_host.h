@@ -9,7 +9,6 @@
 #include <optional>
 #include <string>
 
-#include "loggerlink/link_state.h"
 #include "platform/main_window_controls.h"
 #include "platform/neighbours.h"
 #include "platform/ports.h"
@@ -20,6 +19,7 @@
 #include "sending/send_text.h"
 #include "sending/transmit_control.h"
 #include "settings/setting_writer.h"
+#include "state/link_state.h"
 #include "winkey/winkey_settings.h"
 
 namespace vantrel::winkey {

@@ -11,10 +11,10 @@
 
 #include "app/link_window.h"
 #include "app/vantrel.h"
-#include "support/trace_queries.h"
 #include "loggerlink/logger_link.h"
 #include "platform/memory/memory_platform.h"
 #include "settings/settings_store.h"
+#include "support/trace_queries.h"
 
 namespace vantrel::testing {
 
@@ -32,7 +32,7 @@ class LinkFixture : public ::testing::Test {
     p.linkChannel.loggerRunning = loggerRunning;
     keyer.store.LocateSettingsFile(kDirectory, "");
     for (const auto& [key, value] : settings) {
-      keyer.store.WriteSetting(settings::SectionOf(key), key, value);
+      keyer.store.WriteSetting(app::SectionOf(key), key, value);
     }
     keyer.mMacros.OnNotice([this](const std::string& notice) { p.trace.Emit(notice); });
     keyer.form.Form_Load();

@@ -211,7 +211,7 @@ TEST_F(LinkLogic, WithoutALoggerNothingIsReadAndPostsGoNowhere) {
   EXPECT_EQ(LoggerReads(LinkSlot::LinkName), "");
   EXPECT_EQ(keyer.link.MyCall, "");
   EXPECT_EQ(keyer.link.SerialFormat, "");
-  for (const std::string& copy : keyer.link.Slots) EXPECT_EQ(settings::TrimAtNul(copy), "");
+  for (const std::string& copy : keyer.link.Slots) EXPECT_EQ(vb::TrimAtNul(copy), "");
   EXPECT_THAT(EventsStartingWith({"post", "slot"}),
               ElementsAre("post 200 0", "post 700 0", "post 100 0"));
 }

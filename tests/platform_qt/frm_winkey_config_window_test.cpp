@@ -48,7 +48,7 @@ class FrmWinKeyConfigWindowTest : protected DiskSettings, public FrmVantrelWindo
     keyer->store.LocateSettingsFile(folder.path(), "");
     keyer->store.WriteSetting(settings::kMainSection, "Keyer to Use", keyerToUse);
     keyer->store.WriteSetting(settings::kKeyerSection, "WinKey Port", "3");
-    for (const auto& [key, value] : settings) keyer->store.WriteSetting(settings::SectionOf(key), key, value);
+    for (const auto& [key, value] : settings) keyer->store.WriteSetting(app::SectionOf(key), key, value);
     Start();
     Reopen();
   }

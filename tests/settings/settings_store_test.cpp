@@ -11,6 +11,7 @@
 
 #include "platform/linux/ini_profile_file.h"
 #include "settings/settings_store.h"
+#include "vb/vb.h"
 
 #include "support/temp_folder.h"
 
@@ -29,7 +30,7 @@ std::ostream& operator<<(std::ostream& out, const TrimCase& c) {
 
 class TrimAtNulTest : public ::testing::TestWithParam<TrimCase> {};
 
-TEST_P(TrimAtNulTest, ReadsAsAFixedWidthBuffer) { EXPECT_EQ(TrimAtNul(GetParam().buffer), GetParam().read); }
+TEST_P(TrimAtNulTest, ReadsAsAFixedWidthBuffer) { EXPECT_EQ(vb::TrimAtNul(GetParam().buffer), GetParam().read); }
 
 INSTANTIATE_TEST_SUITE_P(
     Buffers, TrimAtNulTest,
@@ -38,15 +39,6 @@ INSTANTIATE_TEST_SUITE_P(
                       TrimCase{"  ON  \0\0"sv, "ON  "}, TrimCase{"A\0B\0"sv, "A"},
                       TrimCase{"\0ON"sv, ""}, TrimCase{"   \0ON"sv, ""}, TrimCase{"ON"sv, ""},
                       TrimCase{"    "sv, ""}, TrimCase{""sv, ""}));
-
-TEST(SectionOf, PutsTheKeyerKeysInTheirSectionInAnyCase) {
-  for (const char* key : {"WinKey Analog Speed", "winkey hold radio polling", "WINKEY PORT", "Paddle Only SideTone"}) {
-    EXPECT_STREQ(SectionOf(key), kKeyerSection) << key;
-  }
-  for (const char* key : {"SideTone", "WPM", "Macro Caption #12", "WinKey", "WinKey Port ", ""}) {
-    EXPECT_STREQ(SectionOf(key), kMainSection) << key;
-  }
-}
 
 class FixedClock : public platform::WallClock {
  public:

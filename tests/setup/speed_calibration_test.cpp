@@ -40,7 +40,7 @@ class Calibration : public ::testing::Test {
  protected:
   void Start(const std::vector<std::pair<std::string, std::string>>& settings = {}) {
     keyer.store.LocateSettingsFile(folder.path(), "");
-    for (const auto& [key, value] : settings) keyer.store.WriteSetting(settings::SectionOf(key), key, value);
+    for (const auto& [key, value] : settings) keyer.store.WriteSetting(app::SectionOf(key), key, value);
     p.linkChannel.loggerRunning = true;
     keyer.form.Form_Load();
     frmPort.Form_Load();

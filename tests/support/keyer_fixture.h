@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "app/vantrel.h"
-#include "support/scripted_chip.h"
-#include "support/trace_queries.h"
 #include "platform/memory/memory_platform.h"
 #include "settings/settings_store.h"
+#include "support/scripted_chip.h"
+#include "support/trace_queries.h"
 
 namespace vantrel::testing {
 
@@ -26,7 +26,7 @@ class KeyerFixture : public ::testing::Test {
   void Start(const Settings& settings = {}, int16_t languageId = 1033) {
     keyer.store.LocateSettingsFile(kDirectory, "");
     for (const auto& [key, value] : settings) {
-      keyer.store.WriteSetting(settings::SectionOf(key), key, value);
+      keyer.store.WriteSetting(app::SectionOf(key), key, value);
     }
     p.language.languageId = languageId;
     keyer.mMacros.OnNotice([this](const std::string& notice) { p.trace.Emit(notice); });

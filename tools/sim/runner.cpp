@@ -6,6 +6,7 @@
 #include "cwdaemon/cw_daemon.h"
 #include "loggerlink/logger_link.h"
 #include "macros/frm_assign_key.h"
+#include "memory_chip.h"
 #include "platform/key_codes.h"
 #include "platform/linux/comm_port_path.h"
 #include "platform/linux/ini_profile_file.h"
@@ -22,7 +23,6 @@
 #include "platform/memory/memory_dialogs.h"
 #include "platform/memory/memory_platform.h"
 #include "platform/memory/memory_winkey_config.h"
-#include "memory_chip.h"
 #include "real_time.h"
 #include "settings/settings_store.h"
 #include "setup/frm_port.h"
@@ -506,7 +506,7 @@ void Run(const RunOptions& options, const std::vector<ScriptEvent>& events,
   if (!options.settings.empty()) {
     keyer.store.LocateSettingsFile(options.directory.value_or(kMemoryDirectory), options.profile);
     for (const auto& [key, value] : options.settings) {
-      keyer.store.WriteSetting(settings::SectionOf(key), key, value);
+      keyer.store.WriteSetting(app::SectionOf(key), key, value);
     }
   }
   keyer.text.OnMark([&p](int16_t position) { p.trace.Emit("mark " + std::to_string(position)); });

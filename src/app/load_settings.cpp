@@ -1,4 +1,4 @@
-#include "settings/load_settings.h"
+#include "app/load_settings.h"
 
 #include <optional>
 #include <string>
@@ -6,8 +6,14 @@
 
 #include "vb/vb.h"
 
-namespace vantrel::settings {
+namespace vantrel::app {
 namespace {
+
+using settings::kKeyerSection;
+using settings::kMainSection;
+using settings::kMainSectionRead;
+using settings::kNetworkSection;
+using settings::SettingsStore;
 
 using H = SettingsHolders;
 using Str = const std::string&;
@@ -291,4 +297,12 @@ void LoadSettings(SettingsStore& store, SettingsHolders& holders) {
   loadSection(Section::Keyer, 0);
 }
 
-}  // namespace vantrel::settings
+const char* SectionOf(std::string_view key) {
+  if (vb::SameText(key, "Address") || vb::SameText(key, "Port")) return kNetworkSection;
+  for (const Setting& setting : SettingsTable()) {
+    if (setting.section == Section::Keyer && vb::SameText(setting.key, key)) return kKeyerSection;
+  }
+  return kMainSection;
+}
+
+}  // namespace vantrel::app

@@ -5,19 +5,20 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
-#include "macros/macro_state.h"
-#include "mainwindow/main_window_state.h"
 #include "platform/event_pump.h"
 #include "platform/main_window_controls.h"
 #include "sending/cw_state.h"
 #include "sending/transmit_control.h"
 #include "settings/settings_store.h"
+#include "state/macro_state.h"
+#include "state/main_window_state.h"
 #include "winkey/winkey_settings.h"
 
-namespace vantrel::settings {
+namespace vantrel::app {
 
 // Where the load puts what it reads, and what it acts on as it goes.
 struct SettingsHolders {
@@ -58,6 +59,10 @@ const std::vector<Setting>& SettingsTable();
 // Reads every key once. A value that does not convert stops the load at that
 // key: what follows keeps its start value, not its default. The read section
 // is left at the keyer's.
-void LoadSettings(SettingsStore& store, SettingsHolders& holders);
+void LoadSettings(settings::SettingsStore& store, SettingsHolders& holders);
 
-}  // namespace vantrel::settings
+// The section a writer puts a key in: the keyer's for its keys, the
+// network's for its own, else the main one.
+const char* SectionOf(std::string_view key);
+
+}  // namespace vantrel::app

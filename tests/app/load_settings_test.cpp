@@ -1,4 +1,4 @@
-#include "settings/load_settings.h"
+#include "app/load_settings.h"
 
 #include <gtest/gtest.h>
 
@@ -12,8 +12,10 @@
 #include "app/vantrel.h"
 #include "platform/memory/memory_platform.h"
 
-namespace vantrel::settings {
+namespace vantrel::app {
 namespace {
+
+using namespace settings;
 
 using Settings = std::vector<std::pair<std::string, std::string>>;
 
@@ -266,5 +268,14 @@ TEST_F(LoadSettingsTest, BadMacroKeyKeepsTheMacrosBeforeIt) {
   EXPECT_EQ(pump.calls, 4);
 }
 
+TEST(SectionOf, PutsTheKeyerKeysInTheirSectionInAnyCase) {
+  for (const char* key : {"WinKey Analog Speed", "winkey hold radio polling", "WINKEY PORT", "Paddle Only SideTone"}) {
+    EXPECT_STREQ(SectionOf(key), kKeyerSection) << key;
+  }
+  for (const char* key : {"SideTone", "WPM", "Macro Caption #12", "WinKey", "WinKey Port ", ""}) {
+    EXPECT_STREQ(SectionOf(key), kMainSection) << key;
+  }
+}
+
 }  // namespace
-}  // namespace vantrel::settings
+}  // namespace vantrel::app

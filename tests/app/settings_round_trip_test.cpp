@@ -7,11 +7,13 @@
 #include <utility>
 #include <vector>
 
-#include "settings/load_settings.h"
+#include "app/load_settings.h"
 #include "support/keyer_fixture.h"
 
-namespace vantrel::settings {
+namespace vantrel::app {
 namespace {
+
+using namespace settings;
 
 using testing::KeyerFixture;
 
@@ -117,4 +119,4 @@ TEST_F(SettingsRoundTrip, TheRectangleAndMacrosUpToTheEditorsLimitComeBack) {
 }
 
 }  // namespace
-}  // namespace vantrel::settings
+}  // namespace vantrel::app

@@ -1,0 +1,23 @@
+# Fails when a file of a logic folder includes a header of a folder above it
+# in LAYERS (space-separated, lowest first). Run as a script:
+#   cmake -DSOURCE_DIR=src "-DLAYERS=vb platform ..." -P check_layers.cmake
+separate_arguments(layers UNIX_COMMAND "${LAYERS}")
+set(errors "")
+foreach(folder IN LISTS layers)
+  list(FIND layers ${folder} rank)
+  file(GLOB_RECURSE files ${SOURCE_DIR}/${folder}/*.h ${SOURCE_DIR}/${folder}/*.cpp)
+  foreach(file IN LISTS files)
+    file(STRINGS ${file} lines REGEX "^#include \"[a-z_]+/")
+    foreach(line IN LISTS lines)
+      string(REGEX REPLACE "^#include \"([a-z_]+)/.*" "\\1" used "${line}")
+      list(FIND layers ${used} usedRank)
+      if(usedRank GREATER rank)
+        file(RELATIVE_PATH shown ${SOURCE_DIR} ${file})
+        string(APPEND errors "  ${shown}: ${line} (${used} is above ${folder})\n")
+      endif()
+    endforeach()
+  endforeach()
+endforeach()
+if(errors)
+  message(FATAL_ERROR "Includes that run up the layers (see docs/architecture.md):\n${errors}")
+endif()
