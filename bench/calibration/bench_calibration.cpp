@@ -70,8 +70,8 @@ int main(int argc, char** argv) {
   app::Vantrel keyer(rig.platform(), {"/bench", ""});
   platform::memory::MemorySerialPortList ports;
   platform::memory::MemoryKeyerSetup dialog(rig.p.trace, rig.p.queue);
-  setup::FrmPort frmPort(dialog.controls(), setup::SetupNeighbours{keyer.cw, keyer.software, keyer.control, keyer.lines,
-                                                                   keyer.sidetone, keyer.store,
+  setup::FrmPort frmPort(dialog.controls(), setup::SetupNeighbours{keyer.cw, keyer.software, keyer.control,
+                                                                   keyer.lines, keyer.sidetone, keyer.store,
                                                                    keyer.calibration, ports});
   keyer.store.LocateSettingsFile("/bench", "");
   keyer.form.Form_Load();

@@ -91,8 +91,9 @@ void ConnectWindow(platform::qt::FrmVantrelWindow& window, Vantrel& keyer,
     if (!port->window) {
       port->window = new platform::qt::FrmPortWindow(window.widget());
       auto logic = std::make_shared<setup::FrmPort>(
-          port->window->controls(), setup::SetupNeighbours{keyer.cw, keyer.software, keyer.control, keyer.lines, keyer.sidetone,
-                                                           keyer.store, keyer.calibration, ports});
+          port->window->controls(), setup::SetupNeighbours{keyer.cw, keyer.software, keyer.control,
+                                                           keyer.lines, keyer.sidetone, keyer.store,
+                                                           keyer.calibration, ports});
       port->logic = logic.get();
       port->window->Keep(std::move(logic));
     }

@@ -62,8 +62,9 @@ class Calibration : public ::testing::Test {
                      {folder.path(), ""}};
   platform::memory::MemorySerialPortList ports;
   platform::memory::MemoryKeyerSetup dialog{p.trace, p.queue};
-  FrmPort frmPort{dialog.controls(), SetupNeighbours{keyer.cw, keyer.software, keyer.control, keyer.lines, keyer.sidetone,
-                                                     keyer.store, keyer.calibration, ports}};
+  FrmPort frmPort{dialog.controls(), SetupNeighbours{keyer.cw, keyer.software, keyer.control,
+                                                     keyer.lines, keyer.sidetone, keyer.store,
+                                                     keyer.calibration, ports}};
   platform::memory::MemoryCalibrateForm& result = dialog.frmCalibrate;
 };
 

@@ -293,11 +293,12 @@ const platform::SerialPortList& Session::Ports() {
 
 void Session::OpenPortDialog() {
   app::Vantrel& keyer = *keyer_;
-  if (!p_.mnuSoftwareKeyer.Checked()) return;
+  if (keyer.form.KeyerChosen() != mainwindow::KeyerKind::Software) return;
   if (!setup_) {
     setup_.emplace(p_.trace, p_.queue);
-    frmPort_.emplace(setup_->controls(), setup::SetupNeighbours{keyer.cw, keyer.software, keyer.control, keyer.lines, keyer.sidetone,
-                                                                keyer.store, keyer.calibration, Ports()});
+    frmPort_.emplace(setup_->controls(), setup::SetupNeighbours{keyer.cw, keyer.software, keyer.control,
+                                                                keyer.lines, keyer.sidetone, keyer.store,
+                                                                keyer.calibration, Ports()});
   }
   if (setup_->frmPort.open) return;
   frmPort_->Form_Load();
