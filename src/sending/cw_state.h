@@ -6,7 +6,6 @@
 #include <string>
 
 #include "platform/controls.h"
-#include "sending/fixed_ms.h"
 
 namespace vantrel::sending {
 
@@ -47,9 +46,6 @@ struct CwState {
   int64_t TimerStart = 0;
   int64_t TimerStop = 0;
   int64_t TimerFrequency = 1;
-  FixedMs RemainingWait;
-  FixedMs LetterGapTime;
-  FixedMs SidetoneOverhead;
   bool IsNT = true;
 
   // The walk through the text.

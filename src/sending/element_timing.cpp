@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -10,6 +11,9 @@ namespace {
 
 // The final stretch of every wait spins: no events, no yielding to other work.
 constexpr double kSpinMs = 20;
+// The lateness policy's two bounds, in dots.
+constexpr double kCatchUpDots = 0.1;
+constexpr double kReanchorDots = 1;
 constexpr int32_t kShortestDot = 12;
 
 }  // namespace
@@ -47,27 +51,47 @@ int64_t SoftwareKeyer::CounterAfter(int64_t start, double ms) const {
   return count;
 }
 
+int64_t SoftwareKeyer::Counts(double ms) const {
+  return static_cast<int64_t>(ms / 1000.0 * static_cast<double>(cw_.TimerFrequency));
+}
+
 void SoftwareKeyer::TimedWait(double ms) {
   cw_.TimerStart = scheduler_.QueryPerformanceCounter();
-  const int64_t start = cw_.TimerStart;
-  if (ms > kSpinMs) pump_.DoEvents();
-  const int64_t spinFrom = CounterAfter(start, ms - kSpinMs);
-  const int64_t end = CounterAfter(start, ms);
-  bool measured = false;
-  double elapsed = 0;
-  while ((!measured || elapsed < ms) && !cw_.StopSending()) {
+  WaitUntil(cw_.TimerStart, CounterAfter(cw_.TimerStart, ms));
+}
+
+void SoftwareKeyer::StartTimeline() { edge_ = scheduler_.QueryPerformanceCounter(); }
+
+// Lateness: a late wake, a slow line call or a handler run by the pump can
+// start an interval after its ideal start. Up to a dot late, the interval
+// still ends at its ideal edge, but loses no more than a tenth of a dot: what
+// is left of the lateness carries into the next one, until caught up, so
+// nothing drifts. More than a dot late, the timeline starts again at the late
+// edge and the interval keeps its whole length.
+void SoftwareKeyer::WaitForEdge(double ms) {
+  const int64_t now = scheduler_.QueryPerformanceCounter();
+  cw_.TimerStart = now;
+  int64_t from = edge_;
+  if (now - from > Counts(cw_.DotTime * kReanchorDots)) from = now;
+  edge_ = CounterAfter(from, ms);
+  const int64_t shortest = CounterAfter(now, ms - cw_.DotTime * kCatchUpDots);
+  WaitUntil(now, std::max(edge_, shortest));
+}
+
+// Pumps events while more than the spin stretch is left, never within it.
+void SoftwareKeyer::WaitUntil(int64_t now, int64_t end) {
+  const int64_t spin = Counts(kSpinMs);
+  if (end - now > spin) pump_.DoEvents();
+  while (!cw_.StopSending()) {
     cw_.TimerStop = scheduler_.QueryPerformanceCounter();
-    // From this wait's own start: a handler run by the pump may have taken
-    // readings of its own in between.
-    elapsed = ElapsedMs(start, cw_.TimerStop);
-    measured = true;
-    if (ms - elapsed > kSpinMs) {
+    if (cw_.TimerStop >= end) break;
+    if (end - cw_.TimerStop > spin) {
       if (cw_.IsNT) {
-        scheduler_.SwitchToThread(spinFrom);
+        scheduler_.SwitchToThread(end - spin);
       } else {
         pump_.DoEvents();
       }
-    } else if (elapsed < ms) {
+    } else {
       scheduler_.IdleUntil(end);
     }
   }
@@ -77,13 +101,8 @@ void SoftwareKeyer::SidetoneOn() {
   if (cw_.SidetoneEnabled) n_.tone.ToneOn();
 }
 
-// Its own duration lengthens the gap after a key-up, so it is measured and
-// taken off the next gap.
 void SoftwareKeyer::SidetoneOff() {
-  cw_.TimerStart = scheduler_.QueryPerformanceCounter();
   if (cw_.SidetoneEnabled) n_.tone.ToneOff();
-  cw_.TimerStop = scheduler_.QueryPerformanceCounter();
-  cw_.SidetoneOverhead = FixedMs::FromMs(ElapsedMs(cw_.TimerStart, cw_.TimerStop));
 }
 
 void SoftwareKeyer::SendCharacter() {
@@ -94,17 +113,15 @@ void SoftwareKeyer::SendCharacter() {
     if (element == '.' || element == '-') {
       SidetoneOn();
       n_.lines.KeyLineDown();
-      TimedWait(element == '.' ? static_cast<double>(cw_.DotTime) : cw_.DotTime * cw_.DashLength);
+      WaitForEdge(element == '.' ? static_cast<double>(cw_.DotTime) : cw_.DotTime * cw_.DashLength);
       n_.lines.KeyLineUp();
       SidetoneOff();
     } else if (element == '_') {
-      cw_.RemainingWait =
-          FixedMs::FromMs((cw_.WordSpace - cw_.LetterSpace - cw_.LetterSpace) * cw_.DotTime) -
-          cw_.SidetoneOverhead;
-      if (cw_.RemainingWait.units > 0) TimedWait(cw_.RemainingWait);
+      const FixedMs wordRest =
+          FixedMs::FromMs((cw_.WordSpace - cw_.LetterSpace - cw_.LetterSpace) * cw_.DotTime);
+      if (wordRest.units > 0) WaitForEdge(wordRest.Ms());
     }
-    cw_.RemainingWait = FixedMs::FromMs(cw_.DotTime) - cw_.SidetoneOverhead;
-    if (cw_.ElementIndex < length && cw_.RemainingWait.units > 0) TimedWait(cw_.RemainingWait);
+    if (cw_.ElementIndex < length && cw_.DotTime > 0) WaitForEdge(static_cast<double>(cw_.DotTime));
     ++cw_.ElementIndex;
   }
 }

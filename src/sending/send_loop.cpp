@@ -31,7 +31,9 @@ void SoftwareKeyer::SendLoop(int16_t& startPosition) {
   // A port lost before this loop (under a tune) is none of its business.
   n_.lines.TakePortLost();
   StartTransmission();
-  if (cw_.PTTDelay > 0) TimedWait(static_cast<double>(cw_.PTTDelay));
+  // Every wait of the transmission ends at an edge of one timeline, from here.
+  StartTimeline();
+  if (cw_.PTTDelay > 0) WaitForEdge(static_cast<double>(cw_.PTTDelay));
 
   int16_t position = startPosition == 0 ? 2 : static_cast<int16_t>(startPosition + 1);
   cw_.CurrentCode = CharToMorse(cw_.CurrentChar[0], cw_.LanguageId);
@@ -39,19 +41,15 @@ void SoftwareKeyer::SendLoop(int16_t& startPosition) {
     SendCharacter();
     // Stopped from inside the character: what the box holds now is not the queue.
     if (cw_.StopSending()) break;
-    cw_.TimerStart = scheduler_.QueryPerformanceCounter();
     cw_.CurrentChar.clear();
     NextCharacter(position);
     if (cw_.CurrentChar.empty()) break;
     n_.link.PollLink();
     cw_.CurrentCode = CharToMorse(cw_.CurrentChar[0], cw_.LanguageId);
 
-    cw_.LetterGapTime = FixedMs::FromMs(cw_.DotTime * cw_.LetterSpace);
-    cw_.TimerStop = scheduler_.QueryPerformanceCounter();
-    const FixedMs elapsed = FixedMs::FromMs(ElapsedMs(cw_.TimerStart, cw_.TimerStop));
-    const FixedMs gap = noLetterGap_ ? FixedMs::FromMs(cw_.DotTime) : cw_.LetterGapTime;
-    cw_.RemainingWait = gap - elapsed - cw_.SidetoneOverhead;
-    if (cw_.RemainingWait.units > 0) TimedWait(cw_.RemainingWait);
+    // What the step between the letters took is already on the timeline.
+    const FixedMs gap = FixedMs::FromMs(noLetterGap_ ? cw_.DotTime : cw_.DotTime * cw_.LetterSpace);
+    if (gap.units > 0) WaitForEdge(gap.Ms());
     noLetterGap_ = false;
     // Positions are 16-bit: a text longer than that ends here, as if it had run out.
     if (position == std::numeric_limits<int16_t>::max()) break;

@@ -51,9 +51,12 @@ class SoftwareKeyer : public Keyer {
   void HoldPtt(bool on) override;
   bool TypedProsigns() const override { return true; }
 
-  // Element timing.
+  // Element timing. A transmission's waits end at the edges of one timeline,
+  // started with it; TimedWait is a wait from now.
   void TimedWait(double ms);
-  void TimedWait(FixedMs ms) { TimedWait(ms.Ms()); }
+  void StartTimeline();
+  // Advances the timeline by `ms` and waits for that edge.
+  void WaitForEdge(double ms);
   void SendCharacter();
   void SidetoneOn();
   void SidetoneOff();
@@ -74,6 +77,8 @@ class SoftwareKeyer : public Keyer {
  private:
   double ElapsedMs(int64_t start, int64_t stop) const;
   int64_t CounterAfter(int64_t start, double ms) const;
+  int64_t Counts(double ms) const;
+  void WaitUntil(int64_t now, int64_t end);
   void TuneStart();
   void TuneStop();
 
@@ -89,6 +94,8 @@ class SoftwareKeyer : public Keyer {
   // The join mark "^" took the letter gap before the next character.
   bool noLetterGap_ = false;
   bool tuning_ = false;
+  // The counter reading of the transmission's next ideal edge.
+  int64_t edge_ = 0;
 };
 
 }  // namespace vantrel::sending

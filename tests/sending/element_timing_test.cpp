@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "sending/morse_table.h"
 #include "sending/software_keyer.h"
 #include "support/keyer_fixture.h"
 
@@ -66,27 +71,6 @@ TEST_F(ElementTiming, WordSpaceBelowTwoLetterSpacesCostsTwoLetterGaps) {
   EXPECT_DOUBLE_EQ(downs[1] - ups[0], 6 * dot);
 }
 
-TEST_F(ElementTiming, OverheadLargerThanTheGapSkipsItWithoutWaiting) {
-  Start({{"Slow Typing", "OFF"}});
-  p.clock.SetReadCost(100'000'000);  // every counter reading costs 100 ms, more than a dot
-  At(0, [&] { p.CWTextBox.SetText("I"); });
-  Run();
-  const auto downs = TimesOf("keybox green");
-  const auto ups = TimesOf("keybox red");
-  ASSERT_EQ(downs.size(), 2u);
-  // Only the two readings around the tone's stop lie between: the gap itself is skipped.
-  EXPECT_DOUBLE_EQ(downs[1] - ups[0], 200);
-  EXPECT_EQ(cw.SidetoneOverhead, FixedMs::FromMs(100));
-}
-
-TEST_F(ElementTiming, SidetoneOffMeasuresItselfEvenWhenTheToneIsOff) {
-  Start();
-  p.clock.SetReadCost(3'000);  // 3 us a reading
-  software.SidetoneOff();
-  EXPECT_EQ(cw.SidetoneOverhead.units, 30);  // 0.003 ms
-  EXPECT_TRUE(EventsStartingWith({"sound"}).empty());
-}
-
 TEST_F(ElementTiming, ToneStartsBeforeTheKeyClosesAndStopsAfterItOpens) {
   Start({{"Slow Typing", "OFF"}, {"SideTone", "ON"}});
   At(0, [&] { p.CWTextBox.SetText("E"); });
@@ -147,6 +131,109 @@ TEST_F(ElementTiming, PriorityIsRaisedForTheWholeTransmission) {
   EXPECT_EQ(p.clock.ThreadPriority(), platform::kThreadPriorityNormal);
   EXPECT_EQ(p.clock.PriorityClass(), platform::kNormalPriorityClass);
 }
+
+// The timeline: every wait of a transmission ends at an ideal edge, whatever
+// runs between the waits, and a late wake is caught up or re-anchored.
+class Timeline : public KeyerFixture, public ::testing::WithParamInterface<int> {
+ protected:
+  static constexpr const char* kText = "PARIS PARIS";
+
+  void Key(int16_t wpm) {
+    Start({{"WPM", std::to_string(wpm)}, {"Slow Typing", "OFF"}, {"SideTone", "ON"}});
+    At(0, [this] { p.CWTextBox.SetText(kText); });
+  }
+
+  // Where each edge begins, in ms: a key-down with its tone, a key-up with the
+  // parallel port's write.
+  std::vector<double> Edges() const {
+    std::vector<double> edges;
+    for (const std::string& line : p.trace.Lines()) {
+      const size_t blank = line.find(' ');
+      const std::string event = line.substr(blank + 1);
+      if (event == "sound play 1" || event == "lpt 0B") edges.push_back(std::stod(line.substr(0, blank)));
+    }
+    return edges;
+  }
+
+  // The ideal edges of kText from its first key-down, by the keyer's rules.
+  std::vector<double> IdealEdges() const {
+    const double dot = cw.DotTime;
+    std::vector<double> edges;
+    double t = 0;
+    for (const char c : std::string(kText)) {
+      const std::string code = CharToMorse(c, 1033);
+      for (size_t i = 0; i < code.size(); ++i) {
+        if (code[i] == '_') {
+          t += (cw.WordSpace - 2 * cw.LetterSpace) * dot;
+        } else {
+          edges.push_back(t);
+          t += code[i] == '-' ? cw.DashLength * dot : dot;
+          edges.push_back(t);
+        }
+        if (i + 1 < code.size()) t += dot;
+      }
+      t += cw.LetterSpace * dot;
+    }
+    return edges;
+  }
+
+  // Each edge's lateness against the ideal, in ms, from the first edge.
+  std::vector<double> Lateness() const {
+    const std::vector<double> edges = Edges();
+    const std::vector<double> ideal = IdealEdges();
+    EXPECT_EQ(edges.size(), ideal.size());
+    std::vector<double> late;
+    for (size_t i = 0; i < std::min(edges.size(), ideal.size()); ++i) {
+      late.push_back(edges[i] - edges[0] - ideal[i]);
+    }
+    return late;
+  }
+
+  // No element or gap is shorter than its ideal by more than a tenth of a dot.
+  void ExpectNothingCutPastTheBound(const std::vector<double>& late) const {
+    for (size_t i = 1; i < late.size(); ++i) {
+      EXPECT_GE(late[i] - late[i - 1], -0.1 * cw.DotTime - 0.001) << "interval " << i;
+    }
+  }
+};
+
+TEST_P(Timeline, WhatRunsBetweenTheWaitsMovesNoEdge) {
+  Key(static_cast<int16_t>(GetParam()));
+  // 7 us for every line write, indicator, tone call, marking step and poll.
+  p.clock.SetActionCost(7'000);
+  Run();
+  for (const double late : Lateness()) EXPECT_NEAR(late, 0, 0.001);
+}
+
+TEST_P(Timeline, AWakeAQuarterDotLateIsCaughtUpWithoutDrift) {
+  Key(static_cast<int16_t>(GetParam()));
+  const double dot = cw.DotTime;
+  At(3 * dot, [this, dot] { p.clock.WakeLate(static_cast<int64_t>(dot / 4 * 1e6)); });
+  Run();
+  const std::vector<double> late = Lateness();
+  ASSERT_FALSE(late.empty());
+  EXPECT_NEAR(*std::max_element(late.begin(), late.end()), dot / 4, 0.001);
+  ExpectNothingCutPastTheBound(late);
+  // A tenth of a dot back per interval: on time again three edges on.
+  const auto first = std::find_if(late.begin(), late.end(), [](double l) { return l > 0.001; });
+  ASSERT_GE(late.end() - first, 4);
+  for (auto it = first + 3; it != late.end(); ++it) EXPECT_NEAR(*it, 0, 0.001);
+}
+
+TEST_P(Timeline, AWakeThreeDotsLateStartsTheTimelineAgainThere) {
+  Key(static_cast<int16_t>(GetParam()));
+  const double dot = cw.DotTime;
+  At(3 * dot, [this, dot] { p.clock.WakeLate(static_cast<int64_t>(3 * dot * 1e6)); });
+  Run();
+  const std::vector<double> late = Lateness();
+  ExpectNothingCutPastTheBound(late);
+  const auto first = std::find_if(late.begin(), late.end(), [](double l) { return l > 0.001; });
+  ASSERT_NE(first, late.end());
+  // The late edge is the new origin: everything after keeps its ideal spacing from it.
+  for (auto it = first; it != late.end(); ++it) EXPECT_NEAR(*it, 3 * dot, 0.001);
+}
+
+INSTANTIATE_TEST_SUITE_P(Speeds, Timeline, ::testing::Values(20, 40));
 
 }  // namespace
 }  // namespace vantrel::sending

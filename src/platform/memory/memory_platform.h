@@ -98,6 +98,7 @@ struct MemoryPlatform {
 
   // The window's design: what docking would give a window of design size.
   MemoryPlatform() {
+    trace.OnAction([this] { clock.ChargeAction(); });
     for (auto [box, name] : {std::pair{&CWTextBox, "CWTextBox"}, std::pair{&CallsignField, "CallsignField"},
                              std::pair{&NameField, "NameField"}, std::pair{&SRXField, "SRXField"}}) {
       box->onFocus = [this, box = box, name = name] {

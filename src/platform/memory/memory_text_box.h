@@ -30,7 +30,8 @@ class MemoryTextBox : public MemoryPlacedBase<MemoryControlBase<TextBox>> {
   void SetSelText(const std::string& text) override;
   void SetSelColor(Colour colour) override;
   void SetRedraw(bool on) override { redraw_ = on; }
-  void Refresh() override {}
+  // The end of a marking step, a drawing the real box does.
+  void Refresh() override { trace_.Action(); }
   void OnChange(std::function<void()> handler) override { onChange_ = std::move(handler); }
   Colour BackColor() const override { return backColor_; }
   void SetBackColor(Colour colour) override { backColor_ = colour; }

@@ -14,7 +14,10 @@ namespace vantrel::platform::memory {
 class RecordingLoggerLink : public LoggerLink {
  public:
   explicit RecordingLoggerLink(Trace& trace) : trace_(trace) {}
-  void PollLink() override { ++polls; }
+  void PollLink() override {
+    ++polls;
+    trace_.Action();
+  }
   void PostLink(LinkCode code, int32_t value) override {
     trace_.Emit("post " + std::to_string(static_cast<int32_t>(code)) + " " + std::to_string(value));
   }

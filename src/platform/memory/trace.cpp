@@ -5,7 +5,11 @@
 namespace vantrel::platform::memory {
 
 void Trace::Emit(const std::string& event) {
-  if (muted_) return;
+  if (!muted_) Show(event);
+  Action();
+}
+
+void Trace::Show(const std::string& event) {
   char stamp[32];
   std::snprintf(stamp, sizeof stamp, "%.3f ", nowMs_());
   lines_.push_back(stamp + event);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
 #include "platform/memory/event_queue.h"
 #include "platform/scheduler.h"
@@ -21,6 +22,12 @@ class VirtualClock : public Scheduler, public QueueTime {
   }
   // Each counter reading takes this long: the overhead a real reading has.
   void SetReadCost(int64_t ns) { readCost_ = ns; }
+  // Each action of the keyer (a line write, an indicator, a tone call, a
+  // marking step, a poll) takes this long: the time between two waits.
+  void SetActionCost(int64_t ns) { actionCost_ = ns; }
+  void ChargeAction() { now_ += actionCost_; }
+  // The next wait ends this much after its deadline, as a late wake does.
+  void WakeLate(int64_t ns) { lateWake_ = ns; }
   void SetWindowsNT(bool nt) { nt_ = nt; }
 
   int PriorityClass() const { return priorityClass_; }
@@ -36,11 +43,13 @@ class VirtualClock : public Scheduler, public QueueTime {
   void SetPriorityClass(int priorityClass) override { priorityClass_ = priorityClass; }
   void SetThreadPriority(int priority) override { threadPriority_ = priority; }
   void SwitchToThread(int64_t until) override { AdvanceTo(until); }
-  void IdleUntil(int64_t until) override { AdvanceTo(until); }
+  void IdleUntil(int64_t until) override { AdvanceTo(until + std::exchange(lateWake_, 0)); }
 
  private:
   int64_t now_ = 0;
   int64_t readCost_ = 0;
+  int64_t actionCost_ = 0;
+  int64_t lateWake_ = 0;
   bool nt_ = true;
   int priorityClass_ = kNormalPriorityClass;
   int threadPriority_ = kThreadPriorityNormal;
