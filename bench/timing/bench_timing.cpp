@@ -38,8 +38,8 @@ constexpr int kSpeeds[] = {20, 40, 60};
 // What the Sleep mode is held to, at normal priority on an idle machine.
 constexpr double kTargetP99Us = 50;
 constexpr double kTargetMaxUs = 1000;
-constexpr double kTargetDurationError = 0.001;
-constexpr double kTargetCpu = 0.10;
+constexpr double kTargetDurationError = 0.0001;
+constexpr double kTargetCpu = 0.05;
 
 int64_t ClockNs(clockid_t id) {
   timespec ts{};
