@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "app/vantrel.h"
+#include "report.h"
 #include "platform/linux/linux_scheduler.h"
 #include "sending/morse_table.h"
 #include "sending/software_keyer.h"
@@ -368,32 +369,6 @@ std::string UtcNow() {
 
 // Replaces this bench's section of a document others add their own to, or
 // appends it; the file is made if there is none.
-bool WriteSection(const std::string& path, const std::string& section) {
-  const std::string heading = "## Element timing";
-  std::string before;
-  std::string after;
-  {
-    std::ifstream in(path);
-    std::string line;
-    bool inside = false;
-    bool found = false;
-    while (std::getline(in, line)) {
-      if (line == heading) {
-        inside = found = true;
-        continue;
-      }
-      if (inside && line.rfind("## ", 0) == 0) inside = false;
-      if (inside) continue;
-      (found ? after : before) += line + "\n";
-    }
-  }
-  if (before.empty() && after.empty()) before = "# Performance\n\n";
-  while (!before.ends_with("\n\n")) before += "\n";
-  std::ofstream out(path, std::ios::trunc);
-  out << before << heading << "\n\n" << section << (after.empty() ? "" : "\n") << after;
-  return static_cast<bool>(out);
-}
-
 int Usage() {
   std::fprintf(stderr,
                "usage: bench_timing [--reps N] [--seconds S] [--priority normal|raise] "
@@ -462,9 +437,7 @@ int main(int argc, char** argv) {
   const std::string noise =
       "Machine noise, a thread spinning on the clock for 1 s before and after: " +
       before.Describe() + "; " + after.Describe() + ".\n";
-  std::printf("%s\n%s\n%s", tables.c_str(), targets.c_str(), noise.c_str());
-
-  if (!writePath.empty()) {
+  {
     std::ostringstream section;
     section
         << "Made by `" << command << "` on " << UtcNow() << ", " << Machine() << ".\n\n"
@@ -486,10 +459,7 @@ int main(int argc, char** argv) {
         << tables << "\n"
         << targets << "\n"
         << noise;
-    if (!WriteSection(writePath, section.str())) {
-      std::fprintf(stderr, "could not write %s\n", writePath.c_str());
-      return 1;
-    }
+    Publish("element timing", "## Element timing\n\n" + section.str(), writePath);
   }
   return 0;
 }

@@ -43,8 +43,6 @@ struct CwState {
   int16_t ElementIndex = 0;
 
   // Timing.
-  int64_t TimerStart = 0;
-  int64_t TimerStop = 0;
   int64_t TimerFrequency = 1;
   bool IsNT = true;
 

@@ -34,8 +34,8 @@ SoftwareKeyer::SoftwareKeyer(CwState& cw, platform::MainWindowControls& controls
                              SoftwareKeyerNeighbours neighbours)
     : cw_(cw), c_(controls), scheduler_(scheduler), pump_(pump), n_(neighbours) {}
 
-// Elapsed time is computed in this one way everywhere, so that a gap and the
-// overhead taken off it agree to the last bit.
+// Elapsed time is computed in this one way everywhere, so that an edge and
+// the wait that ends at it agree to the last bit.
 double SoftwareKeyer::ElapsedMs(int64_t start, int64_t stop) const {
   return static_cast<double>(stop - start) / static_cast<double>(cw_.TimerFrequency) * 1000.0;
 }
@@ -56,8 +56,8 @@ int64_t SoftwareKeyer::Counts(double ms) const {
 }
 
 void SoftwareKeyer::TimedWait(double ms) {
-  cw_.TimerStart = scheduler_.QueryPerformanceCounter();
-  WaitUntil(cw_.TimerStart, CounterAfter(cw_.TimerStart, ms));
+  const int64_t now = scheduler_.QueryPerformanceCounter();
+  WaitUntil(now, CounterAfter(now, ms));
 }
 
 void SoftwareKeyer::StartTimeline() { edge_ = scheduler_.QueryPerformanceCounter(); }
@@ -70,7 +70,6 @@ void SoftwareKeyer::StartTimeline() { edge_ = scheduler_.QueryPerformanceCounter
 // edge and the interval keeps its whole length.
 void SoftwareKeyer::WaitForEdge(double ms) {
   const int64_t now = scheduler_.QueryPerformanceCounter();
-  cw_.TimerStart = now;
   int64_t from = edge_;
   if (now - from > Counts(cw_.DotTime * kReanchorDots)) from = now;
   edge_ = CounterAfter(from, ms);
@@ -83,9 +82,9 @@ void SoftwareKeyer::WaitUntil(int64_t now, int64_t end) {
   const int64_t spin = Counts(kSpinMs);
   if (end - now > spin) pump_.DoEvents();
   while (!cw_.StopSending()) {
-    cw_.TimerStop = scheduler_.QueryPerformanceCounter();
-    if (cw_.TimerStop >= end) break;
-    if (end - cw_.TimerStop > spin) {
+    const int64_t reading = scheduler_.QueryPerformanceCounter();
+    if (reading >= end) break;
+    if (end - reading > spin) {
       if (cw_.IsNT) {
         scheduler_.SwitchToThread(end - spin);
       } else {
