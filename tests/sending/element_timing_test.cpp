@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "sending/morse_table.h"
@@ -132,25 +133,45 @@ TEST_F(ElementTiming, PriorityIsRaisedForTheWholeTransmission) {
   EXPECT_EQ(p.clock.PriorityClass(), platform::kNormalPriorityClass);
 }
 
+// The routes the key line takes, and the trace event that is its key-up.
+struct Route {
+  const char* name;
+  const char* portToUse;
+  const char* keyUp;
+};
+constexpr Route kParallel{"Parallel", "Parallel", "lpt 0B"};
+constexpr Route kSerial{"Serial", "Serial", "dtr off"};
+// A shared line change is a request that waits for the logger's answer.
+constexpr Route kShared{"SharedSerial", "Shared Serial", "send 303 0"};
+void PrintTo(const Route& route, std::ostream* out) { *out << route.name; }
+
 // The timeline: every wait of a transmission ends at an ideal edge, whatever
-// runs between the waits, and a late wake is caught up or re-anchored.
-class Timeline : public KeyerFixture, public ::testing::WithParamInterface<int> {
+// runs between the waits and on whichever route, and a late wake is caught up
+// or re-anchored.
+class Timeline : public KeyerFixture, public ::testing::WithParamInterface<std::tuple<int, Route>> {
  protected:
   static constexpr const char* kText = "PARIS PARIS";
 
-  void Key(int16_t wpm) {
-    Start({{"WPM", std::to_string(wpm)}, {"Slow Typing", "OFF"}, {"SideTone", "ON"}});
+  void Key() {
+    const auto& [wpm, route] = GetParam();
+    p.linkChannel.loggerRunning = true;
+    Start({{"WPM", std::to_string(wpm)},
+           {"Slow Typing", "OFF"},
+           {"SideTone", "ON"},
+           {"Port to Use", route.portToUse},
+           {"Dedicated Serial Port", "Comm3"}});
     At(0, [this] { p.CWTextBox.SetText(kText); });
   }
 
   // Where each edge begins, in ms: a key-down with its tone, a key-up with the
-  // parallel port's write.
+  // route's line change.
   std::vector<double> Edges() const {
+    const std::string keyUp = std::get<Route>(GetParam()).keyUp;
     std::vector<double> edges;
     for (const std::string& line : p.trace.Lines()) {
       const size_t blank = line.find(' ');
       const std::string event = line.substr(blank + 1);
-      if (event == "sound play 1" || event == "lpt 0B") edges.push_back(std::stod(line.substr(0, blank)));
+      if (event == "sound play 1" || event == keyUp) edges.push_back(std::stod(line.substr(0, blank)));
     }
     return edges;
   }
@@ -198,15 +219,16 @@ class Timeline : public KeyerFixture, public ::testing::WithParamInterface<int> 
 };
 
 TEST_P(Timeline, WhatRunsBetweenTheWaitsMovesNoEdge) {
-  Key(static_cast<int16_t>(GetParam()));
-  // 7 us for every line write, indicator, tone call, marking step and poll.
-  p.clock.SetActionCost(7'000);
+  Key();
+  // 300 us for every line write, indicator, tone call, marking step, poll
+  // and request to the logger: a slow line call on every step.
+  p.clock.SetActionCost(300'000);
   Run();
   for (const double late : Lateness()) EXPECT_NEAR(late, 0, 0.001);
 }
 
 TEST_P(Timeline, AWakeAQuarterDotLateIsCaughtUpWithoutDrift) {
-  Key(static_cast<int16_t>(GetParam()));
+  Key();
   const double dot = cw.DotTime;
   At(3 * dot, [this, dot] { p.clock.WakeLate(static_cast<int64_t>(dot / 4 * 1e6)); });
   Run();
@@ -221,7 +243,7 @@ TEST_P(Timeline, AWakeAQuarterDotLateIsCaughtUpWithoutDrift) {
 }
 
 TEST_P(Timeline, AWakeThreeDotsLateStartsTheTimelineAgainThere) {
-  Key(static_cast<int16_t>(GetParam()));
+  Key();
   const double dot = cw.DotTime;
   At(3 * dot, [this, dot] { p.clock.WakeLate(static_cast<int64_t>(3 * dot * 1e6)); });
   Run();
@@ -233,7 +255,13 @@ TEST_P(Timeline, AWakeThreeDotsLateStartsTheTimelineAgainThere) {
   for (auto it = first; it != late.end(); ++it) EXPECT_NEAR(*it, 3 * dot, 0.001);
 }
 
-INSTANTIATE_TEST_SUITE_P(Speeds, Timeline, ::testing::Values(20, 40));
+INSTANTIATE_TEST_SUITE_P(SpeedsAndRoutes, Timeline,
+                         ::testing::Combine(::testing::Values(20, 40),
+                                            ::testing::Values(kParallel, kSerial, kShared)),
+                         [](const auto& info) {
+                           return std::get<Route>(info.param).name +
+                                  std::to_string(std::get<int>(info.param));
+                         });
 
 }  // namespace
 }  // namespace vantrel::sending
