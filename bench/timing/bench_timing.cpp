@@ -1,7 +1,8 @@
 // Element timing on the real clock: the keyer sends PARIS through SendLoop,
 // every key edge is stamped, and the edges are held against the ideal schedule.
-// The two ways of waiting run interleaved in one run, so that they meet the
-// same machine.
+// The two ways of waiting, and the sleeping one with fixed wake margins beside
+// the learned one, run interleaved in one run, so that they meet the same
+// machine.
 //
 //   bench_timing [--reps N] [--seconds S] [--priority normal|raise] [--write FILE]
 #include <sys/utsname.h>
@@ -14,8 +15,10 @@
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/vantrel.h"
@@ -31,10 +34,13 @@ namespace {
 using platform::linuxos::LinuxScheduler;
 using platform::linuxos::PriorityRaise;
 using platform::linuxos::WaitMode;
+using platform::linuxos::WakeMargin;
 
 constexpr const char* kSettingsFolder = "/bench";
 constexpr int32_t kPttDelayMs = 100;
 constexpr int kSpeeds[] = {20, 40, 60};
+// Fixed wake margins, in µs, held beside the learned one.
+constexpr int kFixedMarginsUs[] = {0, 100, 250, 500, 1000, 2000};
 
 // What the Sleep mode is held to, at normal priority on an idle machine.
 constexpr double kTargetP99Us = 50;
@@ -48,8 +54,6 @@ int64_t ClockNs(clockid_t id) {
   return static_cast<int64_t>(ts.tv_sec) * 1'000'000'000 + ts.tv_nsec;
 }
 int64_t MonotonicNs() { return ClockNs(CLOCK_MONOTONIC); }
-
-const char* ModeName(WaitMode mode) { return mode == WaitMode::Spin ? "spin" : "sleep"; }
 
 // Holds the keyer at normal priority unless the run asks for the raise, and
 // notes what a raise obtained.
@@ -210,11 +214,26 @@ std::string PriorityName(PriorityRaise raise, bool allowRaise) {
   return "normal (raise refused)";
 }
 
+// One way of waiting: spinning, or sleeping with a learned or a fixed wake margin.
+struct Waiter {
+  std::string name;
+  LinuxScheduler scheduler;
+
+  Waiter(std::string waiterName, WaitMode mode, const WakeMargin::Limits& limits = {})
+      : name(std::move(waiterName)), scheduler(mode, platform::linuxos::MonotonicClock(), limits) {}
+  bool Sleeps() const { return scheduler.mode() == WaitMode::Sleep; }
+};
+
+WakeMargin::Limits FixedMargin(int us) {
+  const int64_t ns = int64_t{us} * 1000;
+  return {.floorNs = ns, .ceilingNs = ns, .headroomNs = 0, .initialNs = ns};
+}
+
 // Every round's run of one speed and one way of waiting, summed up as the
 // median run, and the worst edge of all of them.
 struct Cell {
   int wpm = 0;
-  WaitMode mode = WaitMode::Spin;
+  Waiter* waiter = nullptr;
   std::vector<Run> runs;
 
   template <typename Field>
@@ -258,29 +277,31 @@ std::string Format(const char* format, double value) {
   return buffer;
 }
 
-std::string Tables(const std::vector<Cell>& cells, bool allowRaise) {
+// The spinning and the learned sleeping cells, speed by speed.
+std::string Tables(const std::vector<const Cell*>& cells, bool allowRaise) {
   std::ostringstream out;
   out << "| WPM | wait | priority | edges | median µs | p99 µs | max µs | worst µs | length p99 µs "
          "| lead µs | duration / ideal | CPU % | margin µs |\n";
   out << "|---:|---|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|---:|\n";
-  for (const Cell& c : cells) {
+  for (const Cell* cell : cells) {
+    const Cell& c = *cell;
     const Run& first = c.runs.front();
-    out << "| " << c.wpm << " | " << ModeName(c.mode) << " | "
+    out << "| " << c.wpm << " | " << c.waiter->name << " | "
         << PriorityName(first.priority, allowRaise) << " | " << first.edges
         << (c.EdgesRight() ? "" : " (wrong)") << " | " << Format("%.1f", c.MedianError()) << " | "
         << Format("%.1f", c.P99()) << " | " << Format("%.1f", c.Max()) << " | "
         << Format("%.1f", c.Worst()) << " | " << Format("%.1f", c.LengthP99()) << " | "
         << Format("%+.1f", c.MedianOf([](const Run& r) { return r.leadUs; })) << " | "
         << Format("%.6f", c.Ratio()) << " | " << Format("%.1f", c.Cpu() * 100) << " | "
-        << (c.mode == WaitMode::Sleep
+        << (c.waiter->Sleeps()
                 ? Format("%.0f", c.MedianOf([](const Run& r) { return r.marginUs; }))
                 : "–")
         << " |\n";
   }
   out << "\n| WPM | p99 sleep / spin | CPU sleep / spin |\n|---:|---:|---:|\n";
   for (size_t i = 0; i + 1 < cells.size(); i += 2) {
-    const Cell& spin = cells[i];
-    const Cell& sleep = cells[i + 1];
+    const Cell& spin = *cells[i];
+    const Cell& sleep = *cells[i + 1];
     out << "| " << spin.wpm << " | "
         << (spin.P99() > 0 ? Format("%.3g", sleep.P99() / spin.P99()) : "–") << " | "
         << (spin.Cpu() > 0 ? Format("%.3g", sleep.Cpu() / spin.Cpu()) : "–") << " |\n";
@@ -288,19 +309,56 @@ std::string Tables(const std::vector<Cell>& cells, bool allowRaise) {
   return out.str();
 }
 
-std::string Targets(const std::vector<Cell>& cells) {
+std::string Targets(const std::vector<const Cell*>& cells) {
   std::ostringstream out;
   out << "Sleep mode against its targets (p99 ≤ " << kTargetP99Us << " µs, max ≤ " << kTargetMaxUs
       << " µs, duration within " << kTargetDurationError * 100 << " %, CPU ≤ " << kTargetCpu * 100
       << " % of a core):\n\n";
-  for (const Cell& c : cells) {
-    if (c.mode != WaitMode::Sleep) continue;
+  for (const Cell* cell : cells) {
+    const Cell& c = *cell;
+    if (!c.waiter->Sleeps()) continue;
     const auto mark = [](bool met) { return met ? "met" : "MISSED"; };
     out << "- " << c.wpm << " WPM: p99 " << mark(c.P99() <= kTargetP99Us) << ", max "
         << mark(c.Max() <= kTargetMaxUs) << ", duration "
         << mark(std::abs(c.Ratio() - 1) <= kTargetDurationError) << ", CPU "
         << mark(c.Cpu() <= kTargetCpu) << "\n";
   }
+  return out.str();
+}
+
+// Each sleeping waiter's p99 and CPU at every speed, and the cheapest that
+// keeps p99 within the target at all of them.
+std::string MarginSweep(const std::vector<Cell>& cells, const std::vector<Waiter*>& sleepers,
+                        const Waiter* learned) {
+  const auto name = [learned](const Waiter* waiter) {
+    return waiter == learned ? std::string("learned") : waiter->name;
+  };
+  std::ostringstream out;
+  out << "| wake margin |";
+  for (const int wpm : kSpeeds) out << " p99 µs @" << wpm << " | CPU % @" << wpm << " |";
+  out << "\n|---|";
+  for (size_t i = 0; i < std::size(kSpeeds); ++i) out << "---:|---:|";
+  out << "\n";
+  const Waiter* cheapest = nullptr;
+  double cheapestCpu = 0;
+  for (const Waiter* waiter : sleepers) {
+    out << "| " << name(waiter) << " |";
+    bool withinTarget = true;
+    double cpu = 0;
+    for (const Cell& c : cells) {
+      if (c.waiter != waiter) continue;
+      out << " " << Format("%.1f", c.P99()) << " | " << Format("%.1f", c.Cpu() * 100) << " |";
+      withinTarget = withinTarget && c.P99() <= kTargetP99Us;
+      cpu += c.Cpu();
+    }
+    out << "\n";
+    if (withinTarget && (cheapest == nullptr || cpu < cheapestCpu)) {
+      cheapest = waiter;
+      cheapestCpu = cpu;
+    }
+  }
+  out << "\nThe cheapest margin with p99 ≤ " << kTargetP99Us << " µs at every speed: "
+      << (cheapest ? name(cheapest) : std::string("none")) << ".\n";
   return out.str();
 }
 
@@ -410,20 +468,28 @@ int main(int argc, char** argv) {
     if (!ScheduleAgreesWithTheKeyer(wpm, Paris(WordsFor(wpm, seconds)))) return 1;
   }
 
-  LinuxScheduler spin(WaitMode::Spin);
-  LinuxScheduler sleep(WaitMode::Sleep);
+  Waiter spin("spin", WaitMode::Spin);
+  Waiter sleep("sleep", WaitMode::Sleep);
+  std::vector<std::unique_ptr<Waiter>> fixed;
+  std::vector<Waiter*> sleepers;
+  for (const int us : kFixedMarginsUs) {
+    fixed.push_back(std::make_unique<Waiter>(std::to_string(us) + " µs", WaitMode::Sleep,
+                                             FixedMargin(us)));
+    sleepers.push_back(fixed.back().get());
+  }
+  sleepers.push_back(&sleep);
   const Noise before = MeasureNoise();
   std::vector<Cell> cells;
   for (const int wpm : kSpeeds) {
-    for (const WaitMode mode : {WaitMode::Spin, WaitMode::Sleep}) cells.push_back({wpm, mode, {}});
+    for (Waiter* waiter : {&spin, &sleep}) cells.push_back({wpm, waiter, {}});
+    for (const auto& waiter : fixed) cells.push_back({wpm, waiter.get(), {}});
   }
   for (int rep = 0; rep < reps; ++rep) {
     for (Cell& cell : cells) {
       const std::string text = Paris(WordsFor(cell.wpm, seconds));
-      cell.runs.push_back(
-          RunReal(cell.mode == WaitMode::Spin ? spin : sleep, cell.wpm, text, allowRaise));
-      std::fprintf(stderr, "\rrepetition %d/%d: %d WPM %-5s", rep + 1, reps, cell.wpm,
-                   ModeName(cell.mode));
+      cell.runs.push_back(RunReal(cell.waiter->scheduler, cell.wpm, text, allowRaise));
+      std::fprintf(stderr, "\rrepetition %d/%d: %d WPM %-8s", rep + 1, reps, cell.wpm,
+                   cell.waiter->name.c_str());
     }
   }
   std::fprintf(stderr, "\n");
@@ -432,8 +498,13 @@ int main(int argc, char** argv) {
   std::ostringstream words;
   for (const int wpm : kSpeeds)
     words << (wpm == kSpeeds[0] ? "" : ", ") << WordsFor(wpm, seconds) << " at " << wpm;
-  const std::string tables = Tables(cells, allowRaise);
-  const std::string targets = Targets(cells);
+  std::vector<const Cell*> learned;
+  for (const Cell& cell : cells) {
+    if (cell.waiter == &spin || cell.waiter == &sleep) learned.push_back(&cell);
+  }
+  const std::string tables = Tables(learned, allowRaise);
+  const std::string targets = Targets(learned);
+  const std::string sweep = MarginSweep(cells, sleepers, &sleep);
   const std::string noise =
       "Machine noise, a thread spinning on the clock for 1 s before and after: " +
       before.Describe() + "; " + after.Describe() + ".\n";
@@ -458,6 +529,9 @@ int main(int argc, char** argv) {
            "all rounds.\n\n"
         << tables << "\n"
         << targets << "\n"
+        << "The sleeping wait with fixed wake margins, beside the learned one (the \"sleep\" rows above), "
+           "in the same rounds: edge p99 and CPU, medians of the rounds.\n\n"
+        << sweep << "\n"
         << noise;
     Publish("element timing", "## Element timing\n\n" + section.str(), writePath);
   }
