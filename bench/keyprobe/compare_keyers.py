@@ -49,7 +49,11 @@ def run_vantrel(a, shim, wpm, text, log):
     for key, value in settings.items():
         cmd += ['--set', '%s=%s' % (key, value)]
     cmd.append('-')
-    env = dict(os.environ, LD_PRELOAD=shim, KEYPROBE_DEV='ttyUSB0', KEYPROBE_LOG=log)
+    # A pty behind the stand-in reads like a serial port: readable only when a
+    # byte has come. The default /dev/null is readable at its end for ever, and
+    # the keyer, which watches its port for a chip's bytes, would spin on it.
+    env = dict(os.environ, LD_PRELOAD=shim, KEYPROBE_DEV='ttyUSB0', KEYPROBE_LOG=log,
+               KEYPROBE_BACKING='pty')
     proc = subprocess.Popen(cmd, env=env, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
                             stderr=subprocess.PIPE)
     proc.stdin.write(script.encode())
@@ -150,7 +154,8 @@ def section(a, records, speeds):
         '',
         'Each keyer keys "PARIS" x %d at each speed on the dedicated serial port of a stand-in '
         '/dev/ttyUSB0 (DTR the key, RTS the PTT, PTT delay %d ms): the keyprobe shim answers the '
-        "port's ioctls and stamps every line change at the ioctl, outside the keyer. vantrel is "
+        "port's ioctls and stamps every line change at the ioctl, outside the keyer; a pty stands "
+        'behind the port, so that it reads as a serial port does. vantrel is '
         '`vantrel-sim --real-time --quiet` (sleeping waits, real-time priority, no trace); cwdaemon is driven over '
         "UDP by keyprobe's drive.py. The keyers take turns, run by run. Edge errors are |edge - "
         'ideal| with the first key-down as zero, so a late edge moves every edge after it; length '
