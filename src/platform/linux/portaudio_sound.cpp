@@ -11,9 +11,6 @@
 namespace vantrel::platform::linuxos {
 namespace {
 
-// About 3 ms a block at 22050 samples a second.
-constexpr unsigned long kFramesPerBlock = 256;
-
 float GainOf(int32_t hundredthsDb) {
   if (hundredthsDb <= kSilentVolume) return 0;
   return static_cast<float>(std::pow(10.0, hundredthsDb / 2000.0));
@@ -34,8 +31,10 @@ int64_t SteadyNowNs() {
 // requests for sound.
 class PortAudioSoundSystem::Buffer : public SoundBuffer {
  public:
-  Buffer(const SoundBufferDescription& d, ToneStarts& starts)
-      : samples_(static_cast<size_t>(std::max(d.bytes, 0) / 2)), starts_(starts) {}
+  Buffer(const SoundBufferDescription& d, unsigned long framesPerBlock, ToneStarts& starts)
+      : samples_(static_cast<size_t>(std::max(d.bytes, 0) / 2)),
+        framesPerBlock_(framesPerBlock),
+        starts_(starts) {}
 
   ~Buffer() override {
     if (!stream_) return;
@@ -51,7 +50,7 @@ class PortAudioSoundSystem::Buffer : public SoundBuffer {
     output.channelCount = 1;
     output.sampleFormat = paInt16;
     output.suggestedLatency = Pa_GetDeviceInfo(output.device)->defaultLowOutputLatency;
-    if (Pa_OpenStream(&stream_, nullptr, &output, rate, kFramesPerBlock, paNoFlag, &Buffer::Fill,
+    if (Pa_OpenStream(&stream_, nullptr, &output, rate, framesPerBlock_, paNoFlag, &Buffer::Fill,
                       this) != paNoError) {
       stream_ = nullptr;
       return false;
@@ -91,8 +90,10 @@ class PortAudioSoundSystem::Buffer : public SoundBuffer {
   }
 
   static int Fill(const void*, void* out, unsigned long frames, const PaStreamCallbackTimeInfo* time,
-                  PaStreamCallbackFlags, void* self) {
-    static_cast<Buffer*>(self)->Fill(static_cast<int16_t*>(out), frames, *time);
+                  PaStreamCallbackFlags flags, void* self) {
+    auto& buffer = *static_cast<Buffer*>(self);
+    if (flags & paOutputUnderflow) ++buffer.starts_.underflows;
+    buffer.Fill(static_cast<int16_t*>(out), frames, *time);
     return paContinue;
   }
 
@@ -151,6 +152,7 @@ class PortAudioSoundSystem::Buffer : public SoundBuffer {
   }
 
   std::vector<int16_t> samples_;
+  unsigned long framesPerBlock_;
   ToneStarts& starts_;
   PaStream* stream_ = nullptr;
   double nsPerSample_ = 0;
@@ -168,16 +170,18 @@ class PortAudioSoundSystem::Buffer : public SoundBuffer {
 
 class PortAudioSoundSystem::Device : public SoundDevice {
  public:
-  explicit Device(ToneStarts& starts) : starts_(starts) {}
+  Device(unsigned long framesPerBlock, ToneStarts& starts)
+      : framesPerBlock_(framesPerBlock), starts_(starts) {}
   // A stream of its own per buffer stands in for any sharing of the device.
   void SetCooperativeLevel(int32_t) override {}
   std::unique_ptr<SoundBuffer> CreateSoundBuffer(const SoundBufferDescription& d) override {
-    auto buffer = std::make_unique<Buffer>(d, starts_);
+    auto buffer = std::make_unique<Buffer>(d, framesPerBlock_, starts_);
     if (!buffer->Open(d.format.samplesPerSecond)) return nullptr;
     return buffer;
   }
 
  private:
+  unsigned long framesPerBlock_;
   ToneStarts& starts_;
 };
 
@@ -188,7 +192,7 @@ PortAudioSoundSystem::~PortAudioSoundSystem() {
 std::unique_ptr<SoundDevice> PortAudioSoundSystem::CreateDevice() {
   if (!initialised_) initialised_ = Pa_Initialize() == paNoError;
   if (!initialised_ || Pa_GetDefaultOutputDevice() == paNoDevice) return nullptr;
-  return std::make_unique<Device>(toneStarts_);
+  return std::make_unique<Device>(framesPerBlock_, toneStarts_);
 }
 
 }  // namespace vantrel::platform::linuxos

@@ -13,7 +13,12 @@ namespace vantrel::platform::linuxos {
 
 class PortAudioSoundSystem : public SoundSystem {
  public:
-  PortAudioSoundSystem() = default;
+  // About 12 ms a block at 22050 samples a second: PulseAudio asks for sound in
+  // bursts, and smaller blocks underran there.
+  static constexpr unsigned long kDefaultFramesPerBlock = 256;
+
+  explicit PortAudioSoundSystem(unsigned long framesPerBlock = kDefaultFramesPerBlock)
+      : framesPerBlock_(framesPerBlock) {}
   ~PortAudioSoundSystem() override;
   PortAudioSoundSystem(const PortAudioSoundSystem&) = delete;
   PortAudioSoundSystem& operator=(const PortAudioSoundSystem&) = delete;
@@ -28,12 +33,15 @@ class PortAudioSoundSystem : public SoundSystem {
     std::atomic<int64_t> handedNs{0};
     std::atomic<int64_t> convertedNs{0};
     std::atomic<double> outputLatencyS{0};
+    // Blocks the server wanted before the audio thread had them ready.
+    std::atomic<int64_t> underflows{0};
   };
   const ToneStarts& toneStarts() const { return toneStarts_; }
 
  private:
   class Device;
   class Buffer;
+  unsigned long framesPerBlock_;
   bool initialised_ = false;
   ToneStarts toneStarts_;
 };
