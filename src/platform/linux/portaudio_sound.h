@@ -14,7 +14,7 @@ namespace vantrel::platform::linuxos {
 class PortAudioSoundSystem : public SoundSystem {
  public:
   // About 12 ms a block at 22050 samples a second: PulseAudio asks for sound in
-  // bursts, and smaller blocks underran there.
+  // bursts, and smaller blocks broke the tone recorded from its sink.
   static constexpr unsigned long kDefaultFramesPerBlock = 256;
 
   explicit PortAudioSoundSystem(unsigned long framesPerBlock = kDefaultFramesPerBlock)

@@ -18,7 +18,8 @@ class WakeMargin {
  public:
   struct Limits {
     // The timing bench's sweep of fixed margins on a 2-core virtual machine:
-    // 250 us kept every speed's edge p99 within 15 us, 100 us did not.
+    // at 100 us the wake-ups' own lateness showed in p99 (55 to 135 us), from
+    // 250 us on only the machine's stalls did.
     int64_t floorNs = 250'000;
     // A wake-up later than this is the processor given to another task, not
     // timer latency: a longer spin is itself preempted and wins nothing back,
